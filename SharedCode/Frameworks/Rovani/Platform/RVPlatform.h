@@ -1,0 +1,26 @@
+// Private glue between the handles and GNUstep. Never installed.
+#ifndef ROVANI_PLATFORM_RVPLATFORM_H
+#define ROVANI_PLATFORM_RVPLATFORM_H
+
+#import <Foundation/Foundation.h>
+
+#include <typeinfo>
+
+#include <Rovani/RVDefines.h>
+
+// The class type of a dynamic type: its ABI name less the first character,
+// cut to the part after the last blank. Computed once per type and interned,
+// so equal class types are the same (immortal) string object.
+NSString* RVClassTypeText(const std::type_info& type);
+
+// The platform encoding for one of the library's encoding codes; any other
+// code logs "Unhandled string encoding" and gives UTF-8.
+NSStringEncoding RVPlatformEncodingForCode(unsigned int code);
+
+// Messages whose answer comes back in a floating-point or structure register
+// are undefined on nil with this runtime (the nil method only clears the
+// integer register), so these answer 0 for nil themselves.
+inline double RVDoubleValue(id obj) { return obj ? [obj doubleValue] : 0.0; }
+inline float RVFloatValue(id obj) { return obj ? [obj floatValue] : 0.0f; }
+
+#endif

@@ -1,0 +1,378 @@
+#import <Foundation/Foundation.h>
+
+#include <cstdarg>
+#include <cstring>
+
+#include <Rovani/RVString.h>
+#include <Rovani/RVStringCategories.h>
+#include <Rovani/RVUtilities.h>
+
+#include "Platform/RVCoreFoundation.h"
+#include "Platform/RVPlatform.h"
+
+// ---------------------------------------------------------------------------
+// Strings that exist from library load.
+//
+// C++ constructors of this library run before its Objective-C module is
+// registered with the runtime, so they must not send messages. Both strings
+// are first built nil (which sends nothing) and then given their constant
+// literal, which needs no retain; the first message to either is sent after
+// load.
+const RVString kgRVInternalEmptyString(static_cast<const char*>(nullptr));
+const RVString kFilePathSeperator(static_cast<const char*>(nullptr));
+
+namespace {
+struct ConstantStrings {
+  ConstantStrings() {
+    *kgRVInternalEmptyString.InternalRef() = @"";
+    *kFilePathSeperator.InternalRef() = @"\\";
+  }
+} gConstantStrings;
+}  // namespace
+
+NSStringEncoding RVPlatformEncodingForCode(unsigned int code) {
+  switch (code) {
+    case kRVStringEncodingUTF8:
+      return NSUTF8StringEncoding;
+    case kRVStringEncodingUnicode:
+      return NSUnicodeStringEncoding;
+    case kRVStringEncodingMacOSRoman:
+      return NSMacOSRomanStringEncoding;
+    case kRVStringEncodingWindowsLatin1:
+      return NSWindowsCP1252StringEncoding;
+    case kRVStringEncodingASCII:
+      return NSASCIIStringEncoding;
+    default:
+      RVLog("Unhandled string encoding");
+      return NSUTF8StringEncoding;
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Construction and assignment
+
+RVString::RVString() : RVObject(kgRVInternalEmptyString.Ref()) {}
+
+RVString::RVString(const RVString& other) : RVObject(other.Ref()) {}
+
+RVString::RVString(RVId obj) : RVObject(obj) {}
+
+RVString::RVString(NSString* str) : RVObject(str) {}
+
+RVString::RVString(CFStringRef str) : RVObject() { operator=(str); }
+
+RVString::RVString(const char* str) : RVObject() { operator=(str); }
+
+RVString::RVString(const unsigned char* str) : RVObject() { operator=(str); }
+
+RVString::RVString(const wchar_t* str) : RVObject() { operator=(str); }
+
+RVString::RVString(const RVObject& other) : RVObject() { operator=(other); }
+
+RVString::~RVString() {}
+
+RVString& RVString::operator=(const RVString& other) {
+  RVObject::operator=(other.Ref());
+  return *this;
+}
+
+RVString& RVString::operator=(RVId obj) {
+  RVObject::operator=(obj);
+  return *this;
+}
+
+RVString& RVString::operator=(NSString* str) {
+  RVObject::operator=(str);
+  return *this;
+}
+
+RVString& RVString::operator=(CFStringRef str) {
+  RVString converted;
+  if (str != nullptr && CFGetTypeID(str) == CFStringGetTypeID()) converted = (RVId)str;
+  return operator=(converted);
+}
+
+RVString& RVString::operator=(const char* str) {
+  if (str == nullptr) {
+    Empty();
+    return *this;
+  }
+  NSString* made = [[NSString alloc] initWithCString:str encoding:NSUTF8StringEncoding];
+  RVObject::operator=(made);
+  [made release];
+  return *this;
+}
+
+RVString& RVString::operator=(const unsigned char* str) {
+  return operator=(reinterpret_cast<const char*>(str));
+}
+
+RVString& RVString::operator=(const wchar_t* str) {
+  // "%S" reads 16-bit units, whatever the width of wchar_t.
+  NSString* made = [[NSString alloc] initWithFormat:@"%S", reinterpret_cast<const unichar*>(str)];
+  RVObject::operator=(made);
+  [made release];
+  return *this;
+}
+
+RVString& RVString::operator=(const RVObject& other) {
+  if ([other.Ref() isKindOfClass:[NSString class]]) {
+    RVObject::operator=(other.Ref());
+  } else {
+    RVObject::operator=(other.Description().Ref());
+  }
+  return *this;
+}
+
+RVString::operator NSString*() const { return Ref(); }
+
+RVString::operator CFStringRef() const { return (CFStringRef)Ref(); }
+
+RVString RVString::ClassType() { return RVString(RVClassTypeText(typeid(RVString))); }
+
+// ---------------------------------------------------------------------------
+// Queries
+
+unsigned int RVString::Length() const { return static_cast<unsigned int>([Ref() length]); }
+
+bool RVString::IsEmpty() const { return Ref() == nil || [Ref() length] == 0; }
+
+RVRange RVString::Range() const { return RVRange(0, Length()); }
+
+int RVString::Compare(RVString other) const {
+  return static_cast<int>([Ref() compare:other.Ref()]);
+}
+
+int RVString::CompareWithOptions(RVString other, unsigned int options) const {
+  return static_cast<int>([Ref() compare:other.Ref() options:options]);
+}
+
+int RVString::CaseInsensitiveCompare(RVString other) const {
+  return static_cast<int>([Ref() compare:other.Ref() options:NSCaseInsensitiveSearch]);
+}
+
+// Range answers come back in memory the nil method never writes, so a nil
+// string answers (0, 0) without asking.
+RVRange RVString::RangeOfString(const RVString& str) const {
+  if (Ref() == nil) return RVRange();
+  return RVRange([Ref() rangeOfString:str.Ref() options:0]);
+}
+
+RVRange RVString::RangeOfStringWithOptions(const RVString& str, unsigned int options) const {
+  if (Ref() == nil) return RVRange();
+  return RVRange([Ref() rangeOfString:str.Ref() options:options]);
+}
+
+RVRange RVString::RangeOfStringWithOptionsInRange(const RVString& str, unsigned int options,
+                                                  const RVRange& range) const {
+  if (Ref() == nil) return RVRange();
+  return RVRange([Ref() rangeOfString:str.Ref() options:options range:(NSRange)range]);
+}
+
+bool RVString::HasPrefix(const RVString& prefix) const {
+  return [Ref() hasPrefix:prefix.Ref()] ? true : false;
+}
+
+bool RVString::HasSuffix(const RVString& suffix) const {
+  return [Ref() hasSuffix:suffix.Ref()] ? true : false;
+}
+
+double RVString::DoubleValue() const { return RVDoubleValue(Ref()); }
+
+float RVString::FloatValue() const { return RVFloatValue(Ref()); }
+
+int RVString::IntValue() const { return [Ref() intValue]; }
+
+bool RVString::BoolValue() const { return [Ref() boolValue] ? true : false; }
+
+// ---------------------------------------------------------------------------
+// Equality
+
+bool RVString::IsEqualToString(const RVString& other) const {
+  return [Ref() isEqualToString:other.Ref()] ? true : false;
+}
+bool RVString::IsEqualToString(RVId other) const { return IsEqualToString(RVString(other)); }
+bool RVString::IsEqualToString(const char* other) const { return IsEqualToString(RVString(other)); }
+bool RVString::IsEqualToString(const unsigned char* other) const {
+  return IsEqualToString(RVString(other));
+}
+bool RVString::IsEqualToString(const wchar_t* other) const {
+  return IsEqualToString(RVString(other));
+}
+
+bool RVString::operator==(const RVString& other) const { return IsEqualToString(other); }
+bool RVString::operator==(RVId other) const { return IsEqualToString(RVString(other)); }
+bool RVString::operator==(NSString* other) const { return IsEqualToString(RVString(other)); }
+bool RVString::operator==(const char* other) const { return IsEqualToString(RVString(other)); }
+bool RVString::operator==(const unsigned char* other) const {
+  return IsEqualToString(RVString(other));
+}
+bool RVString::operator==(const wchar_t* other) const { return IsEqualToString(RVString(other)); }
+
+bool RVString::operator!=(const RVString& other) const { return !operator==(other); }
+bool RVString::operator!=(RVId other) const { return !operator==(other); }
+bool RVString::operator!=(NSString* other) const { return !operator==(other); }
+bool RVString::operator!=(const char* other) const { return !operator==(other); }
+bool RVString::operator!=(const unsigned char* other) const { return !operator==(other); }
+bool RVString::operator!=(const wchar_t* other) const { return !operator==(other); }
+
+// ---------------------------------------------------------------------------
+// Substrings and transformations
+
+RVString RVString::SubstringToIndex(unsigned int index) const {
+  return RVString(static_cast<RVId>([Ref() substringToIndex:index]));
+}
+
+RVString RVString::SubstringFromIndex(unsigned int index) const {
+  return RVString(static_cast<RVId>([Ref() substringFromIndex:index]));
+}
+
+RVString RVString::SubstringWithRange(RVRange range) const {
+  RVString result;
+  if (IsEmpty() || range.IsEmpty()) return result;
+
+  // Only what the exception says is kept inside the handler; the C++ throw
+  // happens after it, outside the Objective-C exception scope. Objects other
+  // than NSExceptions are not caught here and pass on unchanged.
+  NSString* rangeMessage = nil;
+  NSString* otherDescription = nil;
+  @try {
+    result = static_cast<RVId>([Ref() substringWithRange:(NSRange)range]);
+  } @catch (NSException* exception) {
+    if ([[exception name] isEqual:NSRangeException]) {
+      rangeMessage = [[NSString alloc]
+          initWithFormat:@"Exception %@ - %@", [exception name], [exception description]];
+    } else {
+      otherDescription = [[exception description] retain];
+    }
+  }
+
+  if (rangeMessage != nil) {
+    RVString message(static_cast<RVId>(rangeMessage));
+    [rangeMessage release];
+    // Until errors exist, the range message travels as text.
+    throw new RVString(message);
+  }
+  if (otherDescription != nil) {
+    RVString* thrown = new RVString(static_cast<RVId>(otherDescription));
+    [otherDescription release];
+    throw thrown;
+  }
+  return result;
+}
+
+RVString RVString::StringByReplacingOccurrencesOfStringWithString(
+    const RVString& target, const RVString& replacement) const {
+  // The platform's own replace has other matching rules: ours is used
+  // whether or not the platform offers one.
+  (void)[Ref() respondsToSelector:@selector(stringByReplacingOccurrencesOfString:withString:)];
+  return RVString(static_cast<RVId>(
+      [Ref() stringByReplacingOccurrencesOfStringMB:target.Ref() withString:replacement.Ref()]));
+}
+
+RVString RVString::StringByDeletingLastPathComponent() const {
+  return RVString(static_cast<RVId>([Ref() stringByDeletingLastPathComponent]));
+}
+
+RVString RVString::StringByDeletingPathExtension() const {
+  return RVString(static_cast<RVId>([Ref() stringByDeletingPathExtension]));
+}
+
+RVString RVString::LastPathComponent() const {
+  return RVString(static_cast<RVId>([Ref() lastPathComponent]));
+}
+
+RVString RVString::PathExtension() const {
+  return RVString(static_cast<RVId>([Ref() pathExtension]));
+}
+
+RVString RVString::StringByAppendingPathComponent(const RVString& component) const {
+  NSString* base = IsEmpty() ? @"" : Ref();
+  return RVString(static_cast<RVId>([base stringByAppendingPathComponent:component.Ref()]));
+}
+
+RVString RVString::StringByAppendingPathExtension(const RVString& extension) const {
+  NSString* base = IsEmpty() ? @"" : Ref();
+  return RVString(static_cast<RVId>([base stringByAppendingPathExtension:extension.Ref()]));
+}
+
+RVString RVString::StringByAddingPercentEscapes() const {
+  return RVString(
+      static_cast<RVId>([Ref() stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding]));
+}
+
+RVString RVString::StringByAddingPercentEscapesSpecifyingEscapeCharacters(
+    RVString escapeCharacters) const {
+  CFStringRef made = CFURLCreateStringByAddingPercentEscapes(
+      nullptr, (CFStringRef)Ref(), nullptr, (CFStringRef)escapeCharacters.Ref(),
+      kCFStringEncodingUTF8);
+  return RVString(static_cast<RVId>([(id)made autorelease]));
+}
+
+// ---------------------------------------------------------------------------
+// Makers
+
+RVString RVString::StringWithFormat(RVString format, ...) {
+  va_list args;
+  va_start(args, format);
+  NSString* made = [[NSString alloc] initWithFormat:format.Ref() arguments:args];
+  va_end(args);
+  RVString result(static_cast<RVId>(made));
+  [made release];
+  return result;
+}
+
+RVString RVString::StringWithCStringUsingEncoding(const char* bytes, unsigned int code) {
+  if (bytes == nullptr) return RVString();
+  NSStringEncoding encoding = RVPlatformEncodingForCode(code);
+  NSString* made = [[NSString alloc] initWithCString:bytes encoding:encoding];
+  RVString result(static_cast<RVId>(made));
+  [made release];
+  return result;
+}
+
+RVString RVString::StringWithCStringUsingEncoding(const unsigned char* bytes, unsigned int code) {
+  if (bytes == nullptr) return RVString();
+  return StringWithCStringUsingEncoding(reinterpret_cast<const char*>(bytes), code);
+}
+
+// ---------------------------------------------------------------------------
+// Concatenation
+
+RVString& RVString::operator+=(const RVString& other) {
+  NSString* left = Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
+  Release();
+  NSString* joined = [[NSString alloc] initWithFormat:@"%@%@", left, other.Ref()];
+  [left release];
+  RVObject::operator=(joined);
+  [joined release];
+  return *this;
+}
+
+RVString& RVString::operator+=(RVId other) { return operator+=(RVString(other)); }
+RVString& RVString::operator+=(const char* other) { return operator+=(RVString(other)); }
+RVString& RVString::operator+=(const unsigned char* other) { return operator+=(RVString(other)); }
+RVString& RVString::operator+=(const wchar_t* other) { return operator+=(RVString(other)); }
+
+namespace {
+template <typename Left, typename Right>
+RVString Concatenate(Left left, Right right) {
+  RVString result(left);
+  result += RVString(right);
+  return result;
+}
+}  // namespace
+
+RVString operator+(const RVString& l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, CFStringRef r) { return Concatenate(l, r); }
+RVString operator+(CFStringRef l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, RVId r) { return Concatenate(l, r); }
+RVString operator+(RVId l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, NSString* r) { return Concatenate(l, r); }
+RVString operator+(NSString* l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, const char* r) { return Concatenate(l, r); }
+RVString operator+(const char* l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, const unsigned char* r) { return Concatenate(l, r); }
+RVString operator+(const unsigned char* l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, const wchar_t* r) { return Concatenate(l, r); }
+RVString operator+(const wchar_t* l, const RVString& r) { return Concatenate(l, r); }

@@ -1,0 +1,13 @@
+// Umbrella header: every public header of the library.
+#ifndef ROVANI_ROVANI_H
+#define ROVANI_ROVANI_H
+
+#include <Rovani/RVDefines.h>
+#include <Rovani/RVObject.h>
+#include <Rovani/RVRange.h>
+#include <Rovani/RVString.h>
+#include <Rovani/RVStringCategories.h>
+#include <Rovani/RVUtilities.h>
+#include <Rovani/RVAutoreleasePool.h>
+
+#endif

@@ -1,0 +1,35 @@
+// A small tour of the handles, written as a plain C++ caller would.
+#include <Rovani/Rovani.h>
+
+#include <cstdio>
+
+static void Show(const char* what, const RVString& value) {
+  RVString line = RVString::StringWithFormat("%s: %@", what, value.Ref());
+  RVLog("%@", line.Ref());
+}
+
+int main() {
+  RVAutoreleasePool pool;
+
+  RVString greeting("Hello");
+  RVString sentence = greeting + ", " + "Rovani";
+  Show("joined", sentence);
+  Show("class type", sentence.ObjectsClassType());
+
+  RVString path = RVString("/usr/share/doc").StringByAppendingPathComponent("readme.txt");
+  Show("path", path);
+  Show("last component", path.LastPathComponent());
+  Show("extension", path.PathExtension());
+
+  RVString replaced =
+      RVString("banana").StringByReplacingOccurrencesOfStringWithString("an", "AN");
+  Show("replaced", replaced);
+
+  RVRange found = sentence.RangeOfString("Rovani");
+  RVLog("found \"Rovani\" at %u, length %u", found.Location(), found.Length());
+  RVRange joined = RVRange(0, 10).UnionRange(RVRange(5, 2));
+  RVLog("union of (0,10) and (5,2) is (%u,%u)", joined.Location(), joined.Length());
+
+  std::printf("example finished\n");
+  return 0;
+}

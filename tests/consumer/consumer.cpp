@@ -1,0 +1,49 @@
+// A plain C++17 program (no Objective-C anywhere) built with g++ against the
+// installed headers. Exits non-zero on the first check that fails.
+#include <Rovani/Rovani.h>
+
+#include <cstdio>
+#include <cstring>
+
+static int failures = 0;
+
+#define CHECK(cond)                                              \
+  do {                                                           \
+    if (!(cond)) {                                               \
+      std::fprintf(stderr, "consumer check failed: %s\n", #cond); \
+      ++failures;                                                \
+    }                                                            \
+  } while (0)
+
+int main() {
+  RVAutoreleasePool pool;
+
+  // Strings and class types.
+  RVString hello("hello");
+  RVString world = hello + ", " + RVString("world");
+  CHECK(world == "hello, world");
+  CHECK(world.Length() == 12);
+  CHECK(world.IsTypeOfClass(RVString::ClassType()));
+  CHECK(world.ObjectsClassType() == "RVString");
+  CHECK(RVString().IsEmpty() && RVString().Ref() != nullptr);
+  CHECK(RVString(static_cast<const char*>(nullptr)).Ref() == nullptr);
+  CHECK(kgRVInternalEmptyString.Length() == 0 && kFilePathSeperator == "\\");
+  CHECK(RVString::StringWithFormat("%d-%@", 7, hello.Ref()) == "7-hello");
+  CHECK(RVString("banana").StringByReplacingOccurrencesOfStringWithString("a", "b") == "bbnbnb");
+
+  // Copies share the object.
+  RVString copy(world);
+  CHECK(copy.Ref() == world.Ref());
+  RVObject base(world);
+  CHECK(base.Ref() == world.Ref() && base.ObjectsClassType() == "RVObject");
+
+  // Ranges.
+  RVRange found = world.RangeOfString("world");
+  CHECK(found.Location() == 7 && found.Length() == 5);
+  CHECK(RVRange(0, 10).UnionRange(RVRange(5, 2)) == RVRange(0, 15));
+
+  RVLog("consumer: %s", "logged from plain C++");
+
+  if (failures == 0) std::printf("plain C++ consumer: all checks passed\n");
+  return failures == 0 ? 0 : 1;
+}
