@@ -105,9 +105,9 @@ RVObject::RVObject(const RVObject& other) : ref_(nil) {
   // While it is being built, this object is of class RVObject, so the third
   // test always holds and the copy proceeds; the tests and their order are
   // kept because every derived copy goes through here.
-  NSString* mine = RVClassTypeText(typeid(*this));
+  static NSString* const base = RVClassTypeText(typeid(RVObject));
+  NSString* mine = base;  // typeid(*this) inside this constructor
   NSString* theirs = RVClassTypeText(typeid(other));
-  NSString* base = RVClassTypeText(typeid(RVObject));
   if (mine == theirs || base == theirs || base == mine) {
     operator=(other.Ref());
     return;
