@@ -1,0 +1,276 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+#include <Rovani/Rovani.h>
+
+#include "support/LogCapture.h"
+
+// Built during this program's own static initialisation, after the library
+// has loaded: the library's strings must already be in place by then.
+static const RVString gDefaultAtLoad;
+static const RVId gEmptyLiteralAtLoad = kgRVInternalEmptyString.Ref();
+
+namespace {
+
+std::string Text(const RVString& s) {
+  NSString* ref = s.Ref();
+  return ref ? std::string([ref UTF8String]) : std::string("<nil>");
+}
+
+TEST(String, LibraryStringsExistFromLoad) {
+  ASSERT_NE(gEmptyLiteralAtLoad, nil);
+  EXPECT_EQ(gEmptyLiteralAtLoad, kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(gDefaultAtLoad.Ref(), kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(kgRVInternalEmptyString.Length(), 0u);
+  EXPECT_EQ(kFilePathSeperator.Length(), 1u);
+  EXPECT_EQ([kFilePathSeperator.Ref() characterAtIndex:0], 0x5C);
+}
+
+TEST(String, DefaultIsTheEmptyLiteralButNullCStringIsNil) {
+  RVString byDefault;
+  RVString fromNull(static_cast<const char*>(nullptr));
+  EXPECT_EQ(byDefault.Ref(), kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(fromNull.Ref(), nil);
+  EXPECT_TRUE(byDefault.IsEmpty());
+  EXPECT_TRUE(fromNull.IsEmpty());
+  EXPECT_FALSE(fromNull == byDefault);
+  EXPECT_FALSE(fromNull == fromNull);
+  EXPECT_TRUE(byDefault == RVString(""));
+  EXPECT_TRUE(RVString(static_cast<const unsigned char*>(nullptr)).Ref() == nil);
+
+  RVString assigned("text");
+  assigned = static_cast<const char*>(nullptr);
+  EXPECT_EQ(assigned.Ref(), nil);
+
+  // A null or non-string Core Foundation reference gives the default.
+  EXPECT_EQ(RVString(static_cast<CFStringRef>(nullptr)).Ref(), kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(RVString((CFStringRef)[NSArray array]).Ref(), kgRVInternalEmptyString.Ref());
+  NSString* platform = @"bridged";
+  EXPECT_EQ(RVString((CFStringRef)platform).Ref(), platform);
+}
+
+TEST(String, ConstructionFromTextAndObjects) {
+  EXPECT_EQ(Text(RVString("h\xC3\xA9llo")), "h\xC3\xA9llo");
+  EXPECT_EQ(RVString("h\xC3\xA9llo").Length(), 5u);
+  EXPECT_EQ(Text(RVString(reinterpret_cast<const unsigned char*>("bytes"))), "bytes");
+
+  // Wide strings are read as 16-bit units.
+  const char16_t units[] = u"w\u00e9de";
+  EXPECT_EQ(Text(RVString(reinterpret_cast<const wchar_t*>(units))), "w\xC3\xA9" "de");
+
+  // Another handle: its string, or else its description.
+  RVObject holdsString(@"held");
+  EXPECT_EQ(RVString(holdsString).Ref(), holdsString.Ref());
+  RVObject holdsNumber([NSNumber numberWithInt:12]);
+  EXPECT_EQ(Text(RVString(holdsNumber)), "12");
+
+  NSString* object = [NSString stringWithFormat:@"%d", 5];
+  RVString wrapped(object);
+  EXPECT_EQ(wrapped.Ref(), object);
+  EXPECT_EQ(static_cast<NSString*>(wrapped), object);
+  EXPECT_EQ((id) static_cast<CFStringRef>(wrapped), object);
+  RVString copy(wrapped);
+  EXPECT_EQ(copy.Ref(), object);
+  EXPECT_EQ(wrapped.RetainCount(), 3u);
+}
+
+TEST(String, ComparisonAndSearch) {
+  RVString word("Banana");
+  EXPECT_EQ(word.Compare("Banana"), 0);
+  EXPECT_EQ(word.Compare("apple"), -1);
+  EXPECT_EQ(word.Compare("Cherry"), -1);
+  EXPECT_EQ(word.CaseInsensitiveCompare("BANANA"), 0);
+  EXPECT_EQ(word.CompareWithOptions("banana", NSCaseInsensitiveSearch), 0);
+  EXPECT_NE(word.CompareWithOptions("banana", 0), 0);
+
+  RVRange found = word.RangeOfString("an");
+  EXPECT_EQ(found.Location(), 1u);
+  EXPECT_EQ(found.Length(), 2u);
+  found = word.RangeOfStringWithOptions("an", NSBackwardsSearch);
+  EXPECT_EQ(found.Location(), 3u);
+  found = word.RangeOfStringWithOptionsInRange("a", 0, RVRange(2, 4));
+  EXPECT_EQ(found.Location(), 3u);
+  found = word.RangeOfStringWithOptions("BAN", NSCaseInsensitiveSearch);
+  EXPECT_EQ(found.Location(), 0u);
+  EXPECT_EQ(found.Length(), 3u);
+
+  // Not found: the platform's answer is passed on (cut to 32 bits).
+  RVRange missing = word.RangeOfString("xyz");
+  EXPECT_TRUE(missing.IsEmpty());
+  EXPECT_EQ(missing.Location(), 0xFFFFFFFFu);
+
+  RVString nil_(static_cast<const char*>(nullptr));
+  EXPECT_TRUE(nil_.RangeOfString("a").IsEmpty());
+  EXPECT_EQ(nil_.RangeOfString("a").Location(), 0u);
+
+  EXPECT_TRUE(word.HasPrefix("Ban"));
+  EXPECT_FALSE(word.HasPrefix("ban"));
+  EXPECT_TRUE(word.HasSuffix("ana"));
+  EXPECT_EQ(word.Range().Location(), 0u);
+  EXPECT_EQ(word.Range().Length(), 6u);
+}
+
+TEST(String, EqualityFamilyIsCaseSensitiveAndExact) {
+  RVString word("Word");
+  EXPECT_TRUE(word == "Word");
+  EXPECT_FALSE(word == "word");
+  EXPECT_TRUE(word != "word");
+  EXPECT_TRUE(word == @"Word");
+  EXPECT_TRUE(word == (RVId) @"Word");
+  EXPECT_TRUE(word == reinterpret_cast<const unsigned char*>("Word"));
+  EXPECT_TRUE(word == reinterpret_cast<const wchar_t*>(u"Word"));
+  EXPECT_TRUE(word.IsEqualToString("Word"));
+  EXPECT_TRUE(word.IsEqualToString(reinterpret_cast<const wchar_t*>(u"Word")));
+  EXPECT_FALSE(word.IsEqualToString((RVId)nil));
+  EXPECT_TRUE(word != RVString("Words"));
+}
+
+TEST(String, NumericValuesFollowThePlatformAndNilIsZero) {
+  EXPECT_DOUBLE_EQ(RVString("2.5").DoubleValue(), 2.5);
+  EXPECT_FLOAT_EQ(RVString("-1.25").FloatValue(), -1.25f);
+  EXPECT_EQ(RVString("42abc").IntValue(), 42);
+  EXPECT_TRUE(RVString("YES").BoolValue());
+  EXPECT_TRUE(RVString("1").BoolValue());
+  EXPECT_FALSE(RVString("no").BoolValue());
+
+  // Floating answers from nil are made 0 by the library, not left to chance.
+  RVString nil_(static_cast<const char*>(nullptr));
+  EXPECT_EQ(nil_.DoubleValue(), 0.0);
+  EXPECT_EQ(nil_.FloatValue(), 0.0f);
+  EXPECT_EQ(nil_.IntValue(), 0);
+  EXPECT_FALSE(nil_.BoolValue());
+  EXPECT_EQ(nil_.Length(), 0u);
+}
+
+TEST(String, SubstringsAndPaths) {
+  RVString text("abcdef");
+  EXPECT_EQ(Text(text.SubstringToIndex(2)), "ab");
+  EXPECT_EQ(Text(text.SubstringFromIndex(4)), "ef");
+  EXPECT_EQ(Text(text.SubstringWithRange(RVRange(1, 3))), "bcd");
+
+  // Empty receivers and empty ranges never reach the platform.
+  EXPECT_EQ(text.SubstringWithRange(RVRange(99, 0)).Ref(), kgRVInternalEmptyString.Ref());
+  RVString nil_(static_cast<const char*>(nullptr));
+  EXPECT_EQ(nil_.SubstringWithRange(RVRange(0, 5)).Ref(), kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(nil_.SubstringToIndex(1).Ref(), nil);
+
+  RVString path("/tmp/dir/file.txt");
+  EXPECT_EQ(Text(path.LastPathComponent()), "file.txt");
+  EXPECT_EQ(Text(path.PathExtension()), "txt");
+  EXPECT_EQ(Text(path.StringByDeletingPathExtension()), "/tmp/dir/file");
+  EXPECT_EQ(Text(path.StringByDeletingLastPathComponent()), "/tmp/dir");
+  EXPECT_EQ(Text(RVString("/tmp").StringByAppendingPathComponent("x")), "/tmp/x");
+  EXPECT_EQ(Text(RVString("/tmp/x").StringByAppendingPathExtension("log")), "/tmp/x.log");
+
+  // An empty receiver appends to "".
+  EXPECT_EQ(Text(RVString().StringByAppendingPathComponent("component")), "component");
+  EXPECT_EQ(Text(nil_.StringByAppendingPathComponent("component")), "component");
+  EXPECT_EQ(nil_.LastPathComponent().Ref(), nil);
+}
+
+TEST(String, PercentEscapes) {
+  EXPECT_EQ(Text(RVString("a b/c").StringByAddingPercentEscapes()), "a%20b/c");
+  RVString query("a b&c=d/e");
+  EXPECT_EQ(Text(query.StringByAddingPercentEscapesSpecifyingEscapeCharacters("")),
+            "a%20b&c=d/e");
+  EXPECT_EQ(Text(query.StringByAddingPercentEscapesSpecifyingEscapeCharacters("&=/")),
+            "a%20b%26c%3Dd%2Fe");
+  EXPECT_EQ(Text(RVString("\xC3\xA9<>").StringByAddingPercentEscapesSpecifyingEscapeCharacters("")),
+            "%C3%A9%3C%3E");
+}
+
+TEST(String, FormattingAndEncodings) {
+  RVString formatted = RVString::StringWithFormat("%@ has %d items at %.1f", @"cart", 3, 2.5);
+  EXPECT_EQ(Text(formatted), "cart has 3 items at 2.5");
+
+  EXPECT_EQ(RVString::StringWithCStringUsingEncoding(static_cast<const char*>(nullptr), 0).Ref(),
+            kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(Text(RVString::StringWithCStringUsingEncoding("\x8E", kRVStringEncodingMacOSRoman)),
+            "\xC3\xA9");
+  EXPECT_EQ(Text(RVString::StringWithCStringUsingEncoding("\x80", kRVStringEncodingWindowsLatin1)),
+            "\xE2\x82\xAC");
+  EXPECT_EQ(Text(RVString::StringWithCStringUsingEncoding(
+                reinterpret_cast<const unsigned char*>("plain"), kRVStringEncodingASCII)),
+            "plain");
+
+  LogCapture log;
+  RVString fallback = RVString::StringWithCStringUsingEncoding("h\xC3\xA9", 7);
+  EXPECT_EQ(Text(fallback), "h\xC3\xA9");
+  EXPECT_EQ(log.Count("Unhandled string encoding"), 1);
+}
+
+TEST(String, ConcatenationRendersTheRightSideAsAnObject) {
+  RVString left("left");
+  RVString joined = left + "-" + RVString("right");
+  EXPECT_EQ(Text(joined), "left-right");
+  EXPECT_EQ(Text(left), "left");  // operands are untouched
+
+  RVString nil_(static_cast<const char*>(nullptr));
+  nil_ += "after nil";
+  EXPECT_EQ(Text(nil_), "after nil");
+
+  RVString appended("n=");
+  appended += (RVId)[NSNumber numberWithInt:7];
+  EXPECT_EQ(Text(appended), "n=7");
+
+  EXPECT_EQ(Text("pre" + RVString("fix")), "prefix");
+  EXPECT_EQ(Text(@"ns" + RVString("string")), "nsstring");
+  EXPECT_EQ(Text(RVString("ns") + @"string"), "nsstring");
+  EXPECT_EQ(Text((CFStringRef) @"cf" + RVString("string")), "cfstring");
+  EXPECT_EQ(Text(reinterpret_cast<const wchar_t*>(u"wi") + RVString("de")), "wide");
+  EXPECT_EQ(Text(RVString("by") + reinterpret_cast<const unsigned char*>("tes")), "bytes");
+}
+
+TEST(StringExtensions, ReplaceAllIsLiteralLeftToRightAndNeverLoops) {
+  auto replace = [](const char* text, NSString* target, NSString* replacement) {
+    return Text(RVString(
+        (RVId)[@(text) stringByReplacingOccurrencesOfStringMB:target withString:replacement]));
+  };
+  EXPECT_EQ(replace("banana", @"a", @"b"), "bbnbnb");
+  EXPECT_EQ(replace("banana", @"an", @"anan"), "banana");  // replacement holds the target
+  EXPECT_EQ(replace("banana", @"", @"x"), "banana");
+  EXPECT_EQ(replace("banana", nil, @"x"), "banana");
+  EXPECT_EQ(replace("abcabd", @"ab", nil), "cd");
+  EXPECT_EQ(replace("aaaa", @"aa", @"a"), "aa");
+  EXPECT_EQ(replace("aaa", @"aa", @"b"), "ba");
+  EXPECT_EQ(replace("banana", @"A", @"o"), "banana");
+
+  NSMutableString* inPlace = [NSMutableString stringWithString:@"a.b.c"];
+  [inPlace replaceOccurrencesOfStringMB:@"." withString:@"::"];
+  EXPECT_EQ(Text(RVString((RVId)inPlace)), "a::b::c");
+
+  EXPECT_EQ(Text(RVString((RVId)[NSString stringWithStringMB:@"xyx"
+                                 replacingOccurrencesOfString:@"x"
+                                                   withString:@"z"])),
+            "zyz");
+  EXPECT_EQ([NSString stringWithStringMB:nil replacingOccurrencesOfString:@"x" withString:@"z"],
+            nil);
+
+  // The handle's replace uses the same rules.
+  EXPECT_EQ(Text(RVString("aaaa").StringByReplacingOccurrencesOfStringWithString("aa", "a")), "aa");
+  EXPECT_EQ(Text(RVString("banana").StringByReplacingOccurrencesOfStringWithString("an", "anan")),
+            "banana");
+  EXPECT_EQ(RVString(static_cast<const char*>(nullptr))
+                .StringByReplacingOccurrencesOfStringWithString("a", "b")
+                .Ref(),
+            nil);
+}
+
+TEST(StringExtensions, LocaleIdentifierParts) {
+  EXPECT_EQ(Text(RVString((RVId)[@"en_US" languageCode])), "en");
+  EXPECT_EQ(Text(RVString((RVId)[@"en_US" countryCode])), "US");
+  EXPECT_EQ(Text(RVString((RVId)[@"fr" languageCode])), "fr");
+  EXPECT_EQ([@"fr" countryCode], nil);
+}
+
+TEST(Logging, RVLogAndDebugLogWriteTheSameFormattedLine) {
+  LogCapture log;
+  RVLog("value %d of %@", 3, @"things");
+  DebugLog("value %d of %@", 3, @"things");
+  ASSERT_EQ(log.Lines().size(), 2u);
+  EXPECT_EQ(log.Lines()[0], "value 3 of things");
+  EXPECT_EQ(log.Lines()[1], log.Lines()[0]);
+}
+
+}  // namespace
