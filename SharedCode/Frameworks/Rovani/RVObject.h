@@ -47,6 +47,10 @@ class RV_EXPORT RVObject {
   bool IsTypeOfClass(const RVString& name) const;
   bool IsSameClassTypeAs(const RVObject& other) const;
 
+  // A new heap handle of the class that fits obj (the caller deletes it);
+  // nil and NSNull give an empty plain RVObject.
+  static RVObject* Create(RVId obj);
+
  private:
   RVId ref_;
 };

@@ -6,8 +6,16 @@
 #include <string>
 #include <unordered_map>
 
+#include <Rovani/RVArray.h>
+#include <Rovani/RVBool.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVEnumerator.h>
+#include <Rovani/RVError.h>
+#include <Rovani/RVNumber.h>
 #include <Rovani/RVObject.h>
 #include <Rovani/RVString.h>
+#include <Rovani/RVValue.h>
 #include <Rovani/RVUtilities.h>
 
 #include "Platform/RVCoreFoundation.h"
@@ -186,4 +194,43 @@ bool RVObject::IsSameClassTypeAs(const RVObject& other) const {
 
 void SafeCFRelease(const void* ref) {
   if (ref != nullptr) CFRelease(ref);
+}
+
+// ---------------------------------------------------------------------------
+// Object factory.
+//
+// The order of the tests is binding: mutable classes match their immutable
+// parents, the library's booleans come before numbers, and numbers before
+// their parent class NSValue. nil fails every test.
+
+const std::type_info& RVHandleTypeFor(id obj) {
+  if ([obj isKindOfClass:[NSString class]]) return typeid(RVString);
+  if ([obj isKindOfClass:[NSDictionary class]]) return typeid(RVDictionary);
+  if ([obj isKindOfClass:[NSData class]]) return typeid(RVData);
+  if ([obj isKindOfClass:[NSArray class]]) return typeid(RVArray);
+  // NSDate: its handle class is not part of the library yet.
+  if ([obj isKindOfClass:[BoolNumber class]]) return typeid(RVBool);
+  if ([obj isKindOfClass:[NSNumber class]]) return typeid(RVNumber);
+  if ([obj isKindOfClass:[NSValue class]]) return typeid(RVValue);
+  // NSURL: its handle class is not part of the library yet.
+  if ([obj isKindOfClass:[NSError class]]) return typeid(RVError);
+  if ([obj isKindOfClass:[NSEnumerator class]]) return typeid(RVEnumerator);
+  // NSBundle: its handle class is not part of the library yet.
+  return typeid(RVObject);
+}
+
+RVObject* RVObject::Create(RVId obj) {
+  const std::type_info& type = RVHandleTypeFor(obj);
+  if (type == typeid(RVString)) return new RVString(static_cast<NSString*>(obj));
+  if (type == typeid(RVDictionary)) return new RVDictionary(static_cast<NSDictionary*>(obj));
+  if (type == typeid(RVData)) return new RVData(static_cast<NSData*>(obj));
+  if (type == typeid(RVArray)) return new RVArray(static_cast<NSArray*>(obj));
+  if (type == typeid(RVBool)) return new RVBool(obj);
+  if (type == typeid(RVNumber)) return new RVNumber(static_cast<NSNumber*>(obj));
+  if (type == typeid(RVValue)) return new RVValue(static_cast<NSValue*>(obj));
+  if (type == typeid(RVError)) return new RVError(static_cast<NSError*>(obj));
+  if (type == typeid(RVEnumerator)) return new RVEnumerator(static_cast<NSEnumerator*>(obj));
+  // Anything else is held as it is; nil and NSNull give an empty handle.
+  if (obj == nil || [obj isKindOfClass:[NSNull class]]) return new RVObject();
+  return new RVObject(obj);
 }

@@ -4,6 +4,10 @@
 #include <cstring>
 
 #include <Rovani/RVString.h>
+#include <Rovani/RVArray.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVError.h>
+#include <Rovani/RVInternalRef.h>
 #include <Rovani/RVStringCategories.h>
 #include <Rovani/RVUtilities.h>
 
@@ -87,9 +91,7 @@ RVString& RVString::operator=(NSString* str) {
 }
 
 RVString& RVString::operator=(CFStringRef str) {
-  RVString converted;
-  if (str != nullptr && CFGetTypeID(str) == CFStringGetTypeID()) converted = (RVId)str;
-  return operator=(converted);
+  return operator=(RVInternalRef::Convert(str));
 }
 
 RVString& RVString::operator=(const char* str) {
@@ -250,8 +252,8 @@ RVString RVString::SubstringWithRange(RVRange range) const {
   if (rangeMessage != nil) {
     RVString message(static_cast<RVId>(rangeMessage));
     [rangeMessage release];
-    // Until errors exist, the range message travels as text.
-    throw new RVString(message);
+    throw new RVError(
+        RVError::ErrorWithCodeDescriptionAndDomain(1, message, FilePathToDomain(__FILE__)));
   }
   if (otherDescription != nil) {
     RVString* thrown = new RVString(static_cast<RVId>(otherDescription));
@@ -376,3 +378,56 @@ RVString operator+(const RVString& l, const unsigned char* r) { return Concatena
 RVString operator+(const unsigned char* l, const RVString& r) { return Concatenate(l, r); }
 RVString operator+(const RVString& l, const wchar_t* r) { return Concatenate(l, r); }
 RVString operator+(const wchar_t* l, const RVString& r) { return Concatenate(l, r); }
+
+// ---------------------------------------------------------------------------
+// Bytes
+
+RVString::RVString(const RVData& data) : RVObject() { operator=(data); }
+
+RVString& RVString::operator=(const RVData& data) {
+  unsigned int length = data.Length();
+  const char* bytes = data.CharPointer();
+  // A trailing zero byte marks a C string: only the text before the first
+  // zero is used. Without one, every byte is decoded.
+  if (length > 0 && bytes[length - 1] == 0) length = static_cast<unsigned int>(strlen(bytes));
+  NSString* made = [[NSString alloc] initWithBytes:bytes
+                                            length:length
+                                          encoding:NSUTF8StringEncoding];
+  RVObject::operator=(made);
+  [made release];
+  return *this;
+}
+
+RVData RVString::DataContainingStringUsingEncoding(unsigned int code) const {
+  return RVData::DataWithStringUsingEncoding(*this, code);
+}
+
+RVData RVString::DataContainingCStringUsingEncoding(unsigned int code) const {
+  static const char kZeros[2] = {0, 0};
+  RVData data = DataContainingStringUsingEncoding(code);
+  data.AppendData(RVData::DataWithBytes(kZeros, code == kRVStringEncodingUnicode ? 2 : 1));
+  return data;
+}
+
+RVData RVString::DataContainingUTF8CString() const {
+  return DataContainingCStringUsingEncoding(kRVStringEncodingUTF8);
+}
+RVData RVString::DataContainingUnicodeCString() const {
+  return DataContainingCStringUsingEncoding(kRVStringEncodingUnicode);
+}
+RVData RVString::DataContainingMacOSRomanCString() const {
+  return DataContainingCStringUsingEncoding(kRVStringEncodingMacOSRoman);
+}
+RVData RVString::DataContainingWindowsLatin1CString() const {
+  return DataContainingCStringUsingEncoding(kRVStringEncodingWindowsLatin1);
+}
+RVData RVString::DataContainingASCIICString() const {
+  return DataContainingCStringUsingEncoding(kRVStringEncodingASCII);
+}
+
+// ---------------------------------------------------------------------------
+// Members that hand out arrays
+
+RVArray RVString::ComponentsSeparatedByString(const RVString& separator) const {
+  return RVArray([Ref() componentsSeparatedByString:separator.Ref()]);
+}

@@ -8,6 +8,15 @@
 #include <Rovani/RVString.h>
 #include <Rovani/RVStringCategories.h>
 #include <Rovani/RVUtilities.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVBool.h>
+#include <Rovani/RVNumber.h>
+#include <Rovani/RVValue.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVArray.h>
+#include <Rovani/RVEnumerator.h>
+#include <Rovani/RVError.h>
+#include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
 
 #endif

@@ -1,17 +1,64 @@
 #import <Foundation/Foundation.h>
 
+#include <cstring>
+
+#include <Rovani/RVBool.h>
+
 #include "Platform/RVCoreFoundation.h"
 
 void CFRelease(CFTypeRef ref) { [(id)ref release]; }
 
 CFTypeRef CFRetain(CFTypeRef ref) { return (CFTypeRef)[(id)ref retain]; }
 
-CFTypeID CFStringGetTypeID() { return 1; }
+namespace {
+
+enum : CFTypeID {
+  kOtherTypeID = 0,
+  kStringTypeID,
+  kArrayTypeID,
+  kDictionaryTypeID,
+  kDataTypeID,
+  kDateTypeID,
+  kNumberTypeID,
+  kBooleanTypeID,
+  kURLTypeID,
+  kBundleTypeID,
+  kDateFormatterTypeID,
+};
+
+// The platform's own boolean numbers are booleans to Core Foundation too.
+bool IsPlatformBoolean(id obj) {
+  static Class platformBooleanClass = [[NSNumber numberWithBool:YES] class];
+  return [obj class] == platformBooleanClass;
+}
+
+}  // namespace
+
+CFTypeID CFStringGetTypeID() { return kStringTypeID; }
+CFTypeID CFArrayGetTypeID() { return kArrayTypeID; }
+CFTypeID CFDictionaryGetTypeID() { return kDictionaryTypeID; }
+CFTypeID CFDataGetTypeID() { return kDataTypeID; }
+CFTypeID CFDateGetTypeID() { return kDateTypeID; }
+CFTypeID CFNumberGetTypeID() { return kNumberTypeID; }
+CFTypeID CFBooleanGetTypeID() { return kBooleanTypeID; }
+CFTypeID CFURLGetTypeID() { return kURLTypeID; }
+CFTypeID CFBundleGetTypeID() { return kBundleTypeID; }
+CFTypeID CFDateFormatterGetTypeID() { return kDateFormatterTypeID; }
 
 CFTypeID CFGetTypeID(CFTypeRef ref) {
   id obj = (id)ref;
-  if ([obj isKindOfClass:[NSString class]]) return CFStringGetTypeID();
-  return 0;
+  if (obj == nil) return kOtherTypeID;
+  if ([obj isKindOfClass:[NSString class]]) return kStringTypeID;
+  if ([obj isKindOfClass:[NSArray class]]) return kArrayTypeID;
+  if ([obj isKindOfClass:[NSDictionary class]]) return kDictionaryTypeID;
+  if ([obj isKindOfClass:[NSData class]]) return kDataTypeID;
+  if ([obj isKindOfClass:[NSDate class]]) return kDateTypeID;
+  if ([obj isKindOfClass:[BoolNumber class]] || IsPlatformBoolean(obj)) return kBooleanTypeID;
+  if ([obj isKindOfClass:[NSNumber class]]) return kNumberTypeID;
+  if ([obj isKindOfClass:[NSURL class]]) return kURLTypeID;
+  if ([obj isKindOfClass:[NSBundle class]]) return kBundleTypeID;
+  if ([obj isKindOfClass:[NSDateFormatter class]]) return kDateFormatterTypeID;
+  return kOtherTypeID;
 }
 
 namespace {

@@ -13,6 +13,10 @@
 // so equal class types are the same (immortal) string object.
 NSString* RVClassTypeText(const std::type_info& type);
 
+// The handle class RVObject::Create picks for obj (RVObject for anything
+// else, nil included).
+const std::type_info& RVHandleTypeFor(id obj);
+
 // The platform encoding for one of the library's encoding codes; any other
 // code logs "Unhandled string encoding" and gives UTF-8.
 NSStringEncoding RVPlatformEncodingForCode(unsigned int code);

@@ -1,0 +1,151 @@
+#import <Foundation/Foundation.h>
+
+#include <cstring>
+
+#include <Rovani/RVData.h>
+#include <Rovani/RVDictionary.h>
+
+#include "Platform/RVPlatform.h"
+
+RVData::RVData() : RVObject() {}
+RVData::RVData(const RVData& other) : RVObject(other) {}
+RVData::RVData(const RVObject& other) : RVObject(other) {}
+RVData::RVData(RVId obj) : RVObject(obj) {}
+RVData::RVData(NSData* data) : RVObject(data) {}
+RVData::RVData(RVString string) : RVObject() { operator=(string); }
+RVData::RVData(const RVDictionary& dictionary) : RVObject() { operator=(dictionary); }
+RVData::~RVData() {}
+
+RVData& RVData::operator=(RVData other) {
+  RVObject::operator=(other.Ref());
+  return *this;
+}
+RVData& RVData::operator=(RVId obj) {
+  RVObject::operator=(obj);
+  return *this;
+}
+RVData& RVData::operator=(NSData* data) {
+  RVObject::operator=(data);
+  return *this;
+}
+
+RVData& RVData::operator=(RVString string) {
+  Empty();
+  if (string.Length() < 1) return *this;
+  RVData terminated = string.DataContainingUTF8CString();
+  InitWithBytes(terminated.Bytes(), static_cast<unsigned int>(strlen(terminated.CharPointer())));
+  return *this;
+}
+
+RVData& RVData::operator=(const RVDictionary& dictionary) {
+  NSString* error = nil;
+  NSData* serialised = nil;
+  @try {
+    serialised = [NSPropertyListSerialization dataFromPropertyList:dictionary.Ref()
+                                                            format:NSPropertyListXMLFormat_v1_0
+                                                  errorDescription:&error];
+  } @catch (NSException*) {
+    serialised = nil;
+  }
+  RVObject::operator=(serialised);
+  return *this;
+}
+
+RVData::operator NSData*() const { return Ref(); }
+
+RVString RVData::ClassType() { return RVString(RVClassTypeText(typeid(RVData))); }
+
+bool RVData::IsEmpty() const { return [Ref() length] == 0; }
+
+void RVData::Empty() { Release(); }
+
+void RVData::InitWithString(RVString string) { operator=(string); }
+
+void RVData::InitWithDictionary(const RVDictionary& dictionary) { operator=(dictionary); }
+
+void RVData::InitWithData(RVData other) { operator=(other.Ref()); }
+
+void RVData::InitWithLength(unsigned int length) {
+  NSMutableData* made = [[NSMutableData alloc] initWithLength:length];
+  RVObject::operator=(made);
+  [made release];
+}
+
+void RVData::InitWithBytes(const void* bytes, unsigned int length) {
+  NSData* made = [[NSData alloc] initWithBytes:bytes length:length];
+  RVObject::operator=(made);
+  [made release];
+}
+
+void RVData::InitWithStringUsingEncoding(RVString string, unsigned int code) {
+  Empty();
+  if (string.IsEmpty()) return;
+  NSStringEncoding encoding = RVPlatformEncodingForCode(code);
+  RVObject::operator=([string.Ref() dataUsingEncoding:encoding allowLossyConversion:YES]);
+}
+
+void RVData::InitWithContentsOfFile(RVString path) {
+  RVObject::operator=([NSData dataWithContentsOfFile:path.Ref()]);
+}
+
+RVData RVData::DataWithLength(unsigned int length) {
+  RVData data;
+  data.InitWithLength(length);
+  return data;
+}
+
+RVData RVData::DataWithBytes(const void* bytes, unsigned int length) {
+  return RVData(static_cast<NSData*>([NSData dataWithBytes:bytes length:length]));
+}
+
+RVData RVData::DataWithStringUsingEncoding(RVString string, unsigned int code) {
+  RVData data;
+  data.InitWithStringUsingEncoding(string, code);
+  return data;
+}
+
+RVData RVData::DataWithContentsOfFile(RVString path) {
+  RVData data;
+  data.InitWithContentsOfFile(path);
+  return data;
+}
+
+unsigned int RVData::Length() const { return static_cast<unsigned int>([Ref() length]); }
+const void* RVData::Bytes() const { return [Ref() bytes]; }
+const char* RVData::CharPointer() const { return static_cast<const char*>([Ref() bytes]); }
+const wchar_t* RVData::WideCharPointer() const {
+  return static_cast<const wchar_t*>([Ref() bytes]);
+}
+void* RVData::MutableBytes() const { return [Ref() mutableBytes]; }
+void RVData::GetBytes(void* buffer) const { [Ref() getBytes:buffer]; }
+void RVData::GetBytesWithLength(void* buffer, unsigned int length) const {
+  [Ref() getBytes:buffer length:length];
+}
+void RVData::GetBytesWithRange(void* buffer, RVRange range) const {
+  [Ref() getBytes:buffer range:(NSRange)range];
+}
+RVRange RVData::Range() const { return RVRange(0, Length()); }
+RVData RVData::SubdataWithRange(const RVRange& range) const {
+  return RVData(static_cast<NSData*>([Ref() subdataWithRange:(NSRange)range]));
+}
+
+void RVData::AppendData(RVData other) {
+  NSMutableData* working = [[NSMutableData alloc] initWithData:Ref()];
+  [working appendData:other.Ref()];
+  NSData* appended = [working copy];
+  [working release];
+  RVObject::operator=(appended);
+  [appended release];
+}
+
+void RVData::AppendString(RVString string) {
+  AppendData(string.DataContainingStringUsingEncoding(kRVStringEncodingUTF8));
+}
+
+bool RVData::WriteToFile(RVString path) const {
+  return [Ref() writeToFile:path.Ref() atomically:NO] ? true : false;
+}
+
+bool RVData::WriteToFileAtomically(RVString path) const {
+  return [Ref() writeToFile:path.Ref() atomically:YES] ? true : false;
+}

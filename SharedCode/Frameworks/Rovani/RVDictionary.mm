@@ -1,0 +1,313 @@
+#import <Foundation/Foundation.h>
+
+#include <cstring>
+
+#include <Rovani/RVArray.h>
+#include <Rovani/RVBool.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVEnumerator.h>
+#include <Rovani/RVNumber.h>
+
+#include "Platform/RVPlatform.h"
+
+namespace {
+
+// A complete one-line property-list document around a dictionary body.
+NSString* const kDictionaryBodyTemplate =
+    @"<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
+    @"<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    @"\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">"
+    @"<plist version=\"1.0\"><dict>%@</dict></plist>";
+
+// Parsers raise on malformed text; to a dictionary that is simply no result.
+id PropertyListFromString(NSString* text) {
+  @try {
+    return [text propertyList];
+  } @catch (NSException*) {
+    return nil;
+  }
+}
+
+id PropertyListFromData(NSData* data) {
+  if (data == nil) return nil;
+  NSPropertyListFormat format;
+  NSString* error = nil;
+  id list = nil;
+  @try {
+    list = [NSPropertyListSerialization propertyListFromData:data
+                                            mutabilityOption:NSPropertyListImmutable
+                                                      format:&format
+                                            errorDescription:&error];
+  } @catch (NSException*) {
+    list = nil;
+  }
+  return list;
+}
+
+// Builds the changed dictionary in a temporary mutable copy and makes an
+// immutable copy of it the held object.
+template <typename Change>
+void ReplaceWithChanged(RVDictionary& dictionary, Change change) {
+  NSMutableDictionary* working =
+      [[NSMutableDictionary alloc] initWithDictionary:dictionary.Ref()];
+  @try {
+    change(working);
+  } @catch (NSException* exception) {
+    // The platform's exception reaches the caller; the copy does not leak.
+    [working release];
+    @throw;
+  }
+  NSDictionary* changed = [working copy];
+  [working release];
+  dictionary = static_cast<RVId>(changed);
+  [changed release];
+}
+
+id PlaceholderForEmptyValue(const RVObject& value, bool plainObjectsOnly) {
+  if (value.IsTypeOfClass(RVDictionary::ClassType())) return [NSDictionary dictionary];
+  if (value.IsTypeOfClass(RVArray::ClassType())) return [NSArray array];
+  if (value.IsTypeOfClass(RVString::ClassType())) return [NSString string];
+  if (value.IsTypeOfClass(RVBool::ClassType())) {
+    bool truth = dynamic_cast<const RVBool&>(value);
+    return [NSNumber numberWithBool:truth];
+  }
+  if (!plainObjectsOnly || value.IsTypeOfClass(RVObject::ClassType())) return [NSNull null];
+  return nil;
+}
+
+bool WriteDictionary(NSDictionary* dictionary, NSString* path, BOOL atomically) {
+  if (dictionary == nil) return false;
+  NSString* error = nil;
+  NSData* data = nil;
+  @try {
+    data = [NSPropertyListSerialization dataFromPropertyList:dictionary
+                                                      format:NSPropertyListXMLFormat_v1_0
+                                            errorDescription:&error];
+  } @catch (NSException*) {
+    data = nil;
+  }
+  return data != nil && [data writeToFile:path atomically:atomically];
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Construction and assignment
+
+RVDictionary::RVDictionary() : RVObject() {}
+RVDictionary::RVDictionary(const RVDictionary& other) : RVObject(other) {}
+RVDictionary::RVDictionary(RVId obj) : RVObject(obj) {}
+RVDictionary::RVDictionary(NSDictionary* dictionary) : RVObject(dictionary) {}
+RVDictionary::RVDictionary(CFDictionaryRef dictionary) : RVObject((RVId)dictionary) {}
+RVDictionary::RVDictionary(const RVData& data) : RVObject() { operator=(data); }
+RVDictionary::~RVDictionary() {}
+
+RVDictionary& RVDictionary::operator=(const RVDictionary& other) {
+  RVObject::operator=(other.Ref());
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator=(RVId obj) {
+  RVObject::operator=(obj);
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator=(NSDictionary* dictionary) {
+  RVObject::operator=(dictionary);
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator=(CFDictionaryRef dictionary) {
+  RVObject::operator=((RVId)dictionary);
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator=(const RVData& data) {
+  RVString text(data);
+  id list = PropertyListFromString(text.Ref());
+  if (list == nil) list = PropertyListFromData(data.Ref());
+  [list retain];
+
+  if ([list isKindOfClass:[NSDictionary class]]) {
+    RVObject::operator=(list);
+  } else {
+    // Read the text as the inside of a dictionary element.
+    NSString* wrapped = [NSString stringWithFormat:kDictionaryBodyTemplate, text.Ref()];
+    if (wrapped != nil) {
+      // The byte count is the text's length in UTF-16 units, so text with
+      // non-ASCII characters is cut short by the difference.
+      NSData* document = [NSData dataWithBytes:[wrapped UTF8String] length:[wrapped length]];
+      [list release];
+      list = [PropertyListFromData(document) retain];
+      if (![list isKindOfClass:[NSDictionary class]]) {
+        [list release];
+        list = nil;
+      }
+      RVObject::operator=(list);
+    }
+  }
+  [list release];
+  return *this;
+}
+
+RVDictionary::operator NSDictionary*() const { return Ref(); }
+
+RVDictionary::operator CFDictionaryRef() const { return (CFDictionaryRef)Ref(); }
+
+RVString RVDictionary::ClassType() { return RVString(RVClassTypeText(typeid(RVDictionary))); }
+
+// ---------------------------------------------------------------------------
+// Reading
+
+bool RVDictionary::IsEmpty() const { return [Ref() count] == 0; }
+
+unsigned int RVDictionary::Count() const { return static_cast<unsigned int>([Ref() count]); }
+
+RVObject* RVDictionary::ValueForKey(const RVString& key) const {
+  id value = [Ref() objectForKey:key.Ref()];
+  if (value == nil) return nullptr;
+  return RVObject::Create(value);
+}
+
+RVId RVDictionary::InternalValueForKey(const RVString& key) const {
+  return [Ref() objectForKey:key.Ref()];
+}
+
+bool RVDictionary::RVIdForKeyIfPresent(const RVString& key, RVId& out) const {
+  out = [Ref() objectForKey:key.Ref()];
+  return out != nil;
+}
+
+RVObject* RVDictionary::ValueOfClassTypeForKey(const RVString& classType,
+                                               const RVString& key) const {
+  RVObject* value = ValueForKey(key);
+  if (value == nullptr) return nullptr;
+  if (value->IsTypeOfClass(classType)) return value;
+  if (classType == RVBool::ClassType() && value->IsTypeOfClass(RVNumber::ClassType())) {
+    bool truth = *static_cast<RVNumber*>(value);
+    delete value;
+    return new RVBool(truth);
+  }
+  delete value;
+  return nullptr;
+}
+
+RVString RVDictionary::ObjectsClassTypeForKey(const RVString& key) const {
+  id value = [Ref() objectForKey:key.Ref()];
+  if (value == nil) return RVString();
+  return RVString(RVClassTypeText(RVHandleTypeFor(value)));
+}
+
+// The typed getters answer what ValueOfClassTypeForKey would, but test the
+// value's kind in place rather than building and deleting a heap handle.
+template <typename Handle>
+static Handle TypedValue(NSDictionary* dictionary, const RVString& key) {
+  id value = [dictionary objectForKey:key.Ref()];
+  if (value != nil && RVHandleTypeFor(value) == typeid(Handle)) return Handle(value);
+  return Handle();
+}
+
+RVString RVDictionary::StringForKey(const RVString& key) const {
+  return TypedValue<RVString>(Ref(), key);
+}
+
+RVArray RVDictionary::ArrayForKey(const RVString& key) const {
+  return TypedValue<RVArray>(Ref(), key);
+}
+
+RVData RVDictionary::DataForKey(const RVString& key) const {
+  return TypedValue<RVData>(Ref(), key);
+}
+
+RVNumber RVDictionary::NumberForKey(const RVString& key) const {
+  return TypedValue<RVNumber>(Ref(), key);
+}
+
+RVDictionary RVDictionary::DictionaryForKey(const RVString& key) const {
+  return TypedValue<RVDictionary>(Ref(), key);
+}
+
+RVBool RVDictionary::BooleanForKey(const RVString& key) const {
+  id value = [Ref() objectForKey:key.Ref()];
+  if (value == nil) return RVBool(false);
+  const std::type_info& type = RVHandleTypeFor(value);
+  // A boolean is answered with the shared instance of its truth; a plain
+  // number is read as a boolean too: non-zero is true.
+  if (type == typeid(RVBool) || type == typeid(RVNumber))
+    return RVBool([value boolValue] ? true : false);
+  return RVBool(false);
+}
+
+RVEnumerator RVDictionary::KeyEnumerator() const { return RVEnumerator([Ref() keyEnumerator]); }
+
+// ---------------------------------------------------------------------------
+// Writing
+
+void RVDictionary::SetObjectForKey(const RVObject& value, const RVString& key) {
+  id object = value.Ref();
+  if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, false);
+  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+    [working setObject:object forKey:key.Ref()];
+  });
+}
+
+void RVDictionary::SetValueForKey(const RVObject& value, const RVString& key) {
+  id object = value.Ref();
+  if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, true);
+  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+    [working setValue:object forKey:key.Ref()];
+  });
+}
+
+void RVDictionary::RemoveObjectForKey(const RVString& key) {
+  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+    [working removeObjectForKey:key.Ref()];
+  });
+}
+
+void RVDictionary::AddDictionary(const RVDictionary& other) {
+  if (other.IsEmpty()) return;
+  // Nothing to add from a dictionary equal to this one (itself included).
+  if (!(static_cast<const RVObject&>(other) != static_cast<const RVObject&>(*this))) return;
+  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+    [working addEntriesFromDictionary:other.Ref()];
+  });
+}
+
+RVDictionary& RVDictionary::operator+=(const RVDictionary& other) {
+  AddDictionary(other);
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator+=(NSDictionary* other) {
+  AddDictionary(RVDictionary(other));
+  return *this;
+}
+
+RVDictionary& RVDictionary::operator+=(CFDictionaryRef other) {
+  AddDictionary(RVDictionary(other));
+  return *this;
+}
+
+// ---------------------------------------------------------------------------
+// Files
+
+RVDictionary RVDictionary::DictionaryWithContentsOfFile(const RVString& path) {
+  id contents = nil;
+  @try {
+    contents = [NSDictionary dictionaryWithContentsOfFile:path.Ref()];
+  } @catch (NSException*) {
+    contents = nil;
+  }
+  if (![contents isKindOfClass:[NSDictionary class]]) contents = nil;
+  return RVDictionary(static_cast<RVId>(contents));
+}
+
+bool RVDictionary::WriteToFile(const RVString& path) const {
+  return WriteDictionary(Ref(), path.Ref(), NO);
+}
+
+bool RVDictionary::WriteToFileAtomically(const RVString& path) const {
+  return WriteDictionary(Ref(), path.Ref(), YES);
+}

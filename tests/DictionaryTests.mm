@@ -1,0 +1,233 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include <Rovani/Rovani.h>
+
+namespace {
+
+RVData DataFromText(const char* text) {
+  RVData data;
+  data.InitWithBytes(text, static_cast<unsigned int>(strlen(text)));
+  return data;
+}
+
+std::string TempDir() {
+  char pattern[] = "/tmp/rovani-dictionary-XXXXXX";
+  return mkdtemp(pattern);
+}
+
+TEST(Dictionary, ChangesReplaceTheHeldObjectSoCopiesDiverge) {
+  RVDictionary first;
+  first.SetObjectForKey(RVString("one"), "a");
+  ASSERT_EQ(first.Count(), 1u);
+  EXPECT_FALSE([first.Ref() isKindOfClass:[NSMutableDictionary class]]);
+
+  RVDictionary second(first);
+  EXPECT_EQ(second.Ref(), first.Ref());
+  first.SetObjectForKey(RVString("two"), "b");
+  first.SetObjectForKey(RVString("uno"), "a");
+  EXPECT_EQ(second.Count(), 1u);
+  EXPECT_TRUE(second.StringForKey("a") == "one");
+  EXPECT_TRUE(first.StringForKey("a") == "uno");
+
+  first.RemoveObjectForKey("a");
+  EXPECT_EQ(first.Count(), 1u);
+  EXPECT_EQ(first.InternalValueForKey("a"), nil);
+  RVDictionary nothing;
+  nothing.RemoveObjectForKey("a");
+  EXPECT_TRUE(nothing.IsEmpty());
+}
+
+TEST(Dictionary, SetObjectStoresPlaceholdersForEmptyHandles) {
+  RVDictionary d;
+  d.SetObjectForKey(RVString(), "string");
+  d.SetObjectForKey(RVArray(), "array");
+  d.SetObjectForKey(RVDictionary(), "dictionary");
+  d.SetObjectForKey(RVNumber(), "number");
+  d.SetObjectForKey(RVObject(), "object");
+  d.SetObjectForKey(RVBool(static_cast<RVId>(nil)), "bool");
+  EXPECT_EQ(d.Count(), 6u);
+  EXPECT_TRUE([d.InternalValueForKey("string") isEqual:@""]);
+  EXPECT_TRUE([d.InternalValueForKey("array") isEqual:[NSArray array]]);
+  EXPECT_TRUE([d.InternalValueForKey("dictionary") isEqual:[NSDictionary dictionary]]);
+  EXPECT_EQ(d.InternalValueForKey("number"), [NSNull null]);
+  EXPECT_EQ(d.InternalValueForKey("object"), [NSNull null]);
+  // An empty boolean is stored as the platform number of its truth.
+  id storedBool = d.InternalValueForKey("bool");
+  EXPECT_TRUE([storedBool isKindOfClass:[NSNumber class]]);
+  EXPECT_FALSE([storedBool isKindOfClass:[BoolNumber class]]);
+  EXPECT_FALSE([storedBool boolValue]);
+}
+
+TEST(Dictionary, SetValueRemovesTheKeyForEmptyHandlesOfOtherClasses) {
+  RVDictionary d;
+  d.SetObjectForKey(RVNumber(1), "number");
+  d.SetValueForKey(RVNumber(), "number");
+  EXPECT_EQ(d.InternalValueForKey("number"), nil);
+  d.SetValueForKey(RVObject(), "object");
+  EXPECT_EQ(d.InternalValueForKey("object"), [NSNull null]);
+  d.SetValueForKey(RVString(), "string");
+  EXPECT_TRUE([d.InternalValueForKey("string") isEqual:@""]);
+  d.SetValueForKey(RVNumber(7), "seven");
+  EXPECT_TRUE(d.NumberForKey("seven") == 7);
+  EXPECT_EQ(d.Count(), 3u);
+}
+
+TEST(Dictionary, TypedGettersAnswerEmptyHandlesForMissesAndOtherClasses) {
+  RVDictionary d;
+  d.SetObjectForKey(RVNumber(0), "zero");
+  d.SetObjectForKey(RVNumber(2), "two");
+  d.SetObjectForKey(RVBool(true), "yes");
+  d.SetObjectForKey(RVString("text"), "text");
+  RVDictionary inner;
+  inner.SetObjectForKey(RVString("v"), "k");
+  d.SetObjectForKey(inner, "inner");
+  RVArray list;
+  list.AddObject(RVString("x"));
+  d.SetObjectForKey(list, "list");
+  d.SetObjectForKey(RVData(RVString("bytes")), "data");
+
+  EXPECT_FALSE(d.BooleanForKey("zero"));
+  EXPECT_TRUE(d.BooleanForKey("two"));
+  EXPECT_TRUE(d.BooleanForKey("yes"));
+  EXPECT_FALSE(d.BooleanForKey("missing"));
+  EXPECT_FALSE(d.BooleanForKey("text"));
+  EXPECT_FALSE(d.BooleanForKey("missing").IsEmpty());
+
+  EXPECT_TRUE(d.StringForKey("zero").IsEmpty());
+  EXPECT_TRUE(d.StringForKey("text") == "text");
+  EXPECT_TRUE(d.NumberForKey("two") == 2);
+  EXPECT_TRUE(d.NumberForKey("yes").IsEmpty());  // a boolean is not a number
+  EXPECT_TRUE(d.DictionaryForKey("inner").StringForKey("k") == "v");
+  EXPECT_TRUE(d.DictionaryForKey("list").IsEmpty());
+  EXPECT_EQ(d.ArrayForKey("list").Count(), 1u);
+  EXPECT_TRUE(d.ArrayForKey("inner").IsEmpty());
+  EXPECT_EQ(d.DataForKey("data").Length(), 5u);
+  EXPECT_TRUE(d.DataForKey("text").IsEmpty());
+
+  EXPECT_TRUE(d.ObjectsClassTypeForKey("inner") == "2RVDictionary");
+  EXPECT_TRUE(d.ObjectsClassTypeForKey("yes") == "RVBool");
+  EXPECT_TRUE(d.ObjectsClassTypeForKey("missing").IsEmpty());
+  EXPECT_EQ(d.ValueOfClassTypeForKey("RVString", "two"), nullptr);
+  EXPECT_EQ(d.ValueForKey("missing"), nullptr);
+
+  RVObject* converted = d.ValueOfClassTypeForKey(RVBool::ClassType(), "two");
+  ASSERT_NE(converted, nullptr);
+  EXPECT_TRUE(converted->IsTypeOfClass("RVBool"));
+  EXPECT_EQ(converted->Ref(), BoolToRVId(true));
+  delete converted;
+
+  RVId raw = nil;
+  EXPECT_TRUE(d.RVIdForKeyIfPresent("text", raw));
+  EXPECT_TRUE([raw isEqual:@"text"]);
+  EXPECT_FALSE(d.RVIdForKeyIfPresent("missing", raw));
+  EXPECT_EQ(raw, nil);
+}
+
+TEST(Dictionary, AddDictionaryLetsTheArgumentWin) {
+  RVDictionary base;
+  base.SetObjectForKey(RVString("old"), "shared");
+  base.SetObjectForKey(RVString("mine"), "only-base");
+  RVId before = base.Ref();
+  base.AddDictionary(base);
+  base.AddDictionary(RVDictionary());
+  EXPECT_EQ(base.Ref(), before);
+
+  RVDictionary other;
+  other.SetObjectForKey(RVString("new"), "shared");
+  other.SetObjectForKey(RVString("theirs"), "only-other");
+  base += other;
+  EXPECT_EQ(base.Count(), 3u);
+  EXPECT_TRUE(base.StringForKey("shared") == "new");
+
+  RVDictionary empty;
+  empty += [NSDictionary dictionaryWithObject:@"v" forKey:@"k"];
+  EXPECT_TRUE(empty.StringForKey("k") == "v");
+}
+
+TEST(Dictionary, ReadsPropertyListDataAndDictionaryBodies) {
+  RVDictionary original;
+  original.SetObjectForKey(RVString("b"), "a");
+  original.SetObjectForKey(RVNumber(3), "n");
+  RVDictionary roundTrip{RVData(original)};
+  EXPECT_TRUE(roundTrip.StringForKey("a") == "b");
+  EXPECT_TRUE(roundTrip.NumberForKey("n") == 3);
+
+  RVDictionary body(DataFromText("<key>a</key><string>b</string>"));
+  EXPECT_TRUE(body.StringForKey("a") == "b");
+
+  // The body's byte count is its UTF-16 length: non-ASCII text is cut short.
+  RVDictionary accented(DataFromText("<key>\xC3\xA9</key><string>b</string>"));
+  EXPECT_TRUE(accented.IsEmpty());
+
+  const char* arrayRoot =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\">"
+      "<array><string>x</string></array></plist>";
+  EXPECT_TRUE(RVDictionary(DataFromText(arrayRoot)).IsEmpty());
+  EXPECT_TRUE(RVDictionary(DataFromText("<?xml version=\"1.0\"?><plist><dict><key>a")).IsEmpty());
+  EXPECT_TRUE(RVDictionary(DataFromText("\xFF\xFE\x80 not text")).IsEmpty());
+  EXPECT_TRUE(RVDictionary(RVData()).IsEmpty());
+}
+
+TEST(Dictionary, PropertyListFiles) {
+  std::string dir = TempDir();
+  RVString path = RVString(dir.c_str()).StringByAppendingPathComponent("settings.plist");
+  RVDictionary d;
+  d.SetObjectForKey(RVString("value"), "key");
+  ASSERT_TRUE(d.WriteToFileAtomically(path));
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(path).StringForKey("key") == "value");
+  ASSERT_TRUE(d.WriteToFile(path));
+  RVData written = RVData::DataWithContentsOfFile(path);
+  EXPECT_TRUE(RVString(written).HasPrefix("<?xml"));
+
+  EXPECT_FALSE(d.WriteToFile(RVString(dir.c_str()) + "/missing/dir/x.plist"));
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(RVString(dir.c_str()) + "/none").IsEmpty());
+
+  RVDictionary holdsNull;
+  // NSNull has no property-list form: this platform writes its description.
+  holdsNull.SetObjectForKey(RVObject(), "null");
+  EXPECT_TRUE(holdsNull.WriteToFile(path));
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(path).StringForKey("null") == "<null>");
+
+  RVString listPath = RVString(dir.c_str()).StringByAppendingPathComponent("list.plist");
+  [[NSPropertyListSerialization dataFromPropertyList:[NSArray arrayWithObject:@"x"]
+                                              format:NSPropertyListXMLFormat_v1_0
+                                    errorDescription:nullptr] writeToFile:listPath.Ref()
+                                                               atomically:NO];
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(listPath).IsEmpty());
+  [[NSFileManager defaultManager] removeItemAtPath:@(dir.c_str()) error:nullptr];
+}
+
+TEST(Enumerator, WalksKeysWithASharedCursorAndEndsOnAnEmptyString) {
+  RVDictionary d;
+  d.SetObjectForKey(RVNumber(1), "a");
+  d.SetObjectForKey(RVNumber(2), "b");
+  d.SetObjectForKey(RVNumber(3), "c");
+  RVEnumerator keys = d.KeyEnumerator();
+  RVEnumerator sameCursor(keys);
+  RVString first = keys.NextStringObject();
+  RVObject* second = sameCursor.NextObject();
+  ASSERT_NE(second, nullptr);
+  EXPECT_TRUE(second->IsTypeOfClass(RVString::ClassType()));
+  EXPECT_FALSE(first == *second);
+  delete second;
+  EXPECT_EQ(keys.AllObjects().Count(), 1u);
+  EXPECT_TRUE(keys.NextStringObject().IsEmpty());
+  EXPECT_FALSE(keys.IsEmpty());
+  RVObject* end = keys.NextObject();
+  EXPECT_TRUE(end->IsEmpty());
+  EXPECT_TRUE(end->IsTypeOfClass("RVObject"));
+  delete end;
+
+  RVEnumerator none = RVDictionary().KeyEnumerator();
+  EXPECT_TRUE(none.IsEmpty());
+  EXPECT_TRUE(none.NextStringObject().IsEmpty());
+  EXPECT_TRUE(none.AllObjects().IsEmpty());
+  EXPECT_TRUE(none.ObjectsClassType() == "2RVEnumerator");
+}
+
+}  // namespace

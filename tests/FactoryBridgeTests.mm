@@ -1,0 +1,109 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include <Rovani/Rovani.h>
+
+namespace {
+
+std::string CreatedClassType(id object) {
+  std::unique_ptr<RVObject> made(RVObject::Create(object));
+  return [made->ObjectsClassType().Ref() UTF8String];
+}
+
+TEST(Factory, PicksTheHandleClassInItsBindingOrder) {
+  EXPECT_EQ(CreatedClassType([NSMutableString stringWithString:@"m"]), "RVString");
+  EXPECT_EQ(CreatedClassType([NSMutableDictionary dictionary]), "2RVDictionary");
+  EXPECT_EQ(CreatedClassType([NSMutableData dataWithLength:2]), "RVData");
+  EXPECT_EQ(CreatedClassType([NSMutableArray array]), "RVArray");
+  EXPECT_EQ(CreatedClassType(BoolToRVId(true)), "RVBool");
+  EXPECT_EQ(CreatedClassType([NSNumber numberWithBool:YES]), "RVNumber");
+  EXPECT_EQ(CreatedClassType([NSNumber numberWithDouble:1.5]), "RVNumber");
+  EXPECT_EQ(CreatedClassType([NSValue valueWithPointer:nullptr]), "RVValue");
+  EXPECT_EQ(CreatedClassType([NSError errorWithDomain:@"D" code:1 userInfo:nil]), "RVError");
+  EXPECT_EQ(CreatedClassType([[NSArray array] objectEnumerator]), "2RVEnumerator");
+
+  std::unique_ptr<RVObject> null(RVObject::Create([NSNull null]));
+  EXPECT_TRUE(null->IsEmpty());
+  EXPECT_TRUE(null->IsTypeOfClass("RVObject"));
+  std::unique_ptr<RVObject> nothing(RVObject::Create(nil));
+  EXPECT_TRUE(nothing->IsEmpty());
+
+  NSSet* set = [[NSSet alloc] initWithObjects:@"x", nil];
+  {
+    std::unique_ptr<RVObject> held(RVObject::Create(set));
+    EXPECT_TRUE(held->IsTypeOfClass("RVObject"));
+    EXPECT_EQ(held->Ref(), set);
+    EXPECT_EQ([set retainCount], 2u);
+  }
+  EXPECT_EQ([set retainCount], 1u);
+  [set release];
+}
+
+TEST(Bridge, ConvertChecksTheTypeAndRetains) {
+  NSString* string = [[NSString alloc] initWithFormat:@"cf %d", 1];
+  {
+    RVString converted = RVInternalRef::Convert((CFStringRef)string);
+    EXPECT_EQ(converted.Ref(), string);
+    EXPECT_EQ([string retainCount], 2u);
+    EXPECT_EQ(RVInternalRef::Access(converted), (CFStringRef)string);
+    EXPECT_EQ(RVInternalRef::ToRVId((CFStringRef)string), string);
+  }
+  // ConvertAndRelease leaves the handle as the only owner.
+  RVString owner = RVInternalRef::ConvertAndRelease((CFStringRef)string);
+  EXPECT_EQ(owner.RetainCount(), 1u);
+
+  NSArray* array = [[NSArray alloc] initWithObjects:@"x", nil];
+  RVString wrongType = RVInternalRef::Convert((CFStringRef)array);
+  EXPECT_EQ(wrongType.Ref(), kgRVInternalEmptyString.Ref());
+  EXPECT_EQ(RVInternalRef::Convert((CFArrayRef)array).Ref(), array);
+  [array retain];
+  RVDictionary mismatched = RVInternalRef::ConvertAndRelease((CFDictionaryRef)array);
+  EXPECT_TRUE(mismatched.IsEmpty());
+  EXPECT_EQ([array retainCount], 1u);  // released all the same
+  [array release];
+
+  RVString nothing = RVInternalRef::ConvertAndRelease(static_cast<CFStringRef>(nullptr));
+  EXPECT_EQ(nothing.Ref(), kgRVInternalEmptyString.Ref());
+
+  NSDictionary* dictionary = [NSDictionary dictionaryWithObject:@"v" forKey:@"k"];
+  EXPECT_TRUE(RVInternalRef::Convert(static_cast<const void*>(@"string")).IsEmpty());
+  EXPECT_EQ(RVInternalRef::Convert(static_cast<const void*>(dictionary)).Ref(), dictionary);
+}
+
+TEST(Bridge, DefaultsAndOtherKinds) {
+  // A boolean's default is false, not empty.
+  RVBool noBoolean = RVInternalRef::Convert(static_cast<CFBooleanRef>(nullptr));
+  EXPECT_FALSE(noBoolean.IsEmpty());
+  EXPECT_FALSE(noBoolean);
+  EXPECT_EQ(RVInternalRef::Convert((CFBooleanRef)BoolToRVId(true)).Ref(), BoolToRVId(true));
+
+  NSNumber* number = [NSNumber numberWithInt:12];
+  EXPECT_TRUE(RVInternalRef::Convert((CFNumberRef)number) == 12);
+  EXPECT_EQ(static_cast<int>(RVInternalRef::ConvertToValue((CFNumberRef)number)), 12);
+  EXPECT_TRUE(RVInternalRef::ConvertToValue((CFNumberRef) @"no").IsEmpty());
+  // The platform's boolean numbers are booleans, not numbers.
+  EXPECT_TRUE(RVInternalRef::Convert((CFNumberRef)[NSNumber numberWithBool:YES]).IsEmpty());
+
+  NSData* bytes = [NSData dataWithBytes:"ab" length:2];
+  EXPECT_EQ(RVInternalRef::Convert((CFDataRef)bytes).Length(), 2u);
+  EXPECT_EQ(RVInternalRef::Access(RVData()), nullptr);
+  RVDictionary emptyDictionary;
+  EXPECT_EQ(RVInternalRef::Access(&emptyDictionary), nullptr);
+
+  CFRange range = RVInternalRef::Access(RVRange(3, 4));
+  EXPECT_EQ(range.location, 3);
+  EXPECT_EQ(range.length, 4);
+  RVRange back = RVInternalRef::Convert(range);
+  EXPECT_EQ(back.Location(), 3u);
+  EXPECT_EQ(back.Length(), 4u);
+
+  RVString slot((const char*)nullptr);
+  *RVInternalRef::Assign(slot) = (CFStringRef)[[NSString alloc] initWithFormat:@"made"];
+  EXPECT_TRUE(slot == "made");
+  EXPECT_EQ(slot.RetainCount(), 1u);
+}
+
+}  // namespace
