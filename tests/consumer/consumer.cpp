@@ -42,6 +42,40 @@ int main() {
   CHECK(found.Location() == 7 && found.Length() == 5);
   CHECK(RVRange(0, 10).UnionRange(RVRange(5, 2)) == RVRange(0, 15));
 
+  // Bytes and scalars.
+  CHECK(RVData(RVString("ab")).Length() == 2);
+  CHECK(RVString("ab").DataContainingUnicodeCString().Length() == 8);
+  CHECK(RVBool(7) == true && RVBool(7).Ref() == BoolToRVId(true));
+  CHECK(static_cast<signed char>(RVNumber(5)) == 1);
+  CHECK(RVNumber(2.5).IsFloatType() && !RVNumber(2).IsFloatType());
+  int target = 0;
+  CHECK(RVValue::ValueFromPointer(&target).PointerValue() == &target);
+
+  // A dictionary built and read back typed.
+  RVDictionary settings;
+  settings.SetObjectForKey(RVString("Rovani"), "name");
+  settings.SetObjectForKey(RVNumber(3), "count");
+  settings.SetObjectForKey(RVBool(true), "enabled");
+  RVArray tags = RVString("a,b,c").ComponentsSeparatedByString(",");
+  settings.SetObjectForKey(tags, "tags");
+  RVDictionary parsed{RVData(settings)};
+  CHECK(parsed.StringForKey("name") == "Rovani");
+  CHECK(static_cast<int>(parsed.NumberForKey("count")) == 3);
+  CHECK(settings.BooleanForKey("enabled"));
+  CHECK(parsed.ArrayForKey("tags").Count() == 3);
+  CHECK(parsed.StringForKey("count").IsEmpty());
+  CHECK(parsed.ObjectsClassType() == "2RVDictionary");
+
+  // The out-of-range substring's error is caught here, in plain C++.
+  bool caught = false;
+  try {
+    RVString("abc").SubstringWithRange(RVRange(1, 5));
+  } catch (RVError* error) {
+    caught = error->Code() == 1 && error->Domain() == "RVStringDomain";
+    delete error;
+  }
+  CHECK(caught);
+
   RVLog("consumer: %s", "logged from plain C++");
 
   if (failures == 0) std::printf("plain C++ consumer: all checks passed\n");

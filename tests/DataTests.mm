@@ -1,0 +1,101 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <Rovani/Rovani.h>
+
+#include "support/LogCapture.h"
+
+namespace {
+
+std::vector<unsigned char> Bytes(const RVData& data) {
+  const unsigned char* start = static_cast<const unsigned char*>(data.Bytes());
+  return std::vector<unsigned char>(start, start + data.Length());
+}
+
+TEST(Data, StringsBecomeBytesWithTheRightTerminators) {
+  EXPECT_EQ(RVData(RVString("ab")).Length(), 2u);
+  EXPECT_EQ(RVString("ab").DataContainingUTF8CString().Length(), 3u);
+  EXPECT_EQ(Bytes(RVString("ab").DataContainingUnicodeCString()),
+            (std::vector<unsigned char>{0xFF, 0xFE, 'a', 0, 'b', 0, 0, 0}));
+  EXPECT_EQ(Bytes(RVString("\xC3\xA9").DataContainingMacOSRomanCString()),
+            (std::vector<unsigned char>{0x8E, 0}));
+  EXPECT_EQ(Bytes(RVString("\xE2\x82\xAC").DataContainingWindowsLatin1CString()),
+            (std::vector<unsigned char>{0x80, 0}));
+  EXPECT_EQ(RVString("ok").DataContainingASCIICString().Length(), 3u);
+  // Lossy: a character ASCII cannot hold still gives a byte.
+  EXPECT_EQ(RVString("\xC3\xA9").DataContainingStringUsingEncoding(kRVStringEncodingASCII).Length(),
+            1u);
+
+  for (unsigned int code = 0; code <= 4; ++code)
+    EXPECT_TRUE(RVData::DataWithStringUsingEncoding(RVString(), code).IsEmpty());
+  EXPECT_TRUE(RVData(RVString()).IsEmpty());
+
+  LogCapture log;
+  RVData fallback = RVData::DataWithStringUsingEncoding("h\xC3\xA9", 7);
+  EXPECT_EQ(log.Count("Unhandled string encoding"), 1);
+  EXPECT_EQ(fallback.Length(), 3u);
+}
+
+TEST(Data, BytesBackToStrings) {
+  EXPECT_TRUE(RVString(RVData::DataWithBytes("ab\0", 3)) == "ab");
+  RVString whole(RVData::DataWithBytes("a\0b", 3));
+  EXPECT_EQ(whole.Length(), 3u);
+  EXPECT_TRUE(RVString(RVData()).IsEmpty());
+  EXPECT_TRUE(RVString(RVString("round").DataContainingUTF8CString()) == "round");
+}
+
+TEST(Data, SlicesAppendsAndTheOneMutableHolder) {
+  RVData data = RVData::DataWithBytes("0123456789", 10);
+  EXPECT_EQ(data.Range().Location(), 0u);
+  EXPECT_EQ(data.Range().Length(), 10u);
+  EXPECT_EQ(std::string(data.SubdataWithRange(RVRange(2, 3)).CharPointer(), 3), "234");
+  char buffer[4] = {0};
+  data.GetBytesWithRange(buffer, RVRange(7, 3));
+  EXPECT_STREQ(buffer, "789");
+  data.GetBytesWithLength(buffer, 2);
+  EXPECT_EQ(buffer[1], '1');
+
+  RVData mutableData = RVData::DataWithLength(4);
+  ASSERT_TRUE([mutableData.Ref() isKindOfClass:[NSMutableData class]]);
+  static_cast<char*>(mutableData.MutableBytes())[0] = 'x';
+  EXPECT_EQ(mutableData.CharPointer()[0], 'x');
+  mutableData.AppendString("yz");
+  EXPECT_FALSE([mutableData.Ref() isKindOfClass:[NSMutableData class]]);
+  EXPECT_EQ(mutableData.Length(), 6u);
+
+  RVData empty;
+  empty.AppendString("h\xC3\xA9");
+  EXPECT_EQ(Bytes(empty), (std::vector<unsigned char>{'h', 0xC3, 0xA9}));
+  RVData shared(empty);
+  empty.AppendData(RVData(RVString("!")));
+  EXPECT_EQ(shared.Length(), 3u);
+  EXPECT_EQ(empty.Length(), 4u);
+  empty.Empty();
+  EXPECT_EQ(empty.Ref(), nil);
+}
+
+TEST(Data, Files) {
+  char pattern[] = "/tmp/rovani-data-XXXXXX";
+  RVString dir(mkdtemp(pattern));
+  RVString path = dir.StringByAppendingPathComponent("bytes.bin");
+  RVData data = RVData::DataWithBytes("abc", 3);
+  ASSERT_TRUE(data.WriteToFileAtomically(path));
+  EXPECT_EQ(RVData::DataWithContentsOfFile(path).Length(), 3u);
+  ASSERT_TRUE(RVData(RVString("longer")).WriteToFile(path));
+  EXPECT_TRUE(RVString(RVData::DataWithContentsOfFile(path)) == "longer");
+
+  EXPECT_FALSE(data.WriteToFile(dir + "/no/such/dir/file"));
+  EXPECT_FALSE(data.WriteToFileAtomically(dir + "/no/such/dir/file"));
+  RVData missing = RVData::DataWithContentsOfFile(dir + "/absent");
+  EXPECT_TRUE(missing.IsEmpty());
+  EXPECT_EQ(missing.Ref(), nil);
+  [[NSFileManager defaultManager] removeItemAtPath:dir.Ref() error:nullptr];
+}
+
+}  // namespace
