@@ -42,6 +42,21 @@ TEST(Dictionary, ChangesReplaceTheHeldObjectSoCopiesDiverge) {
   EXPECT_TRUE(nothing.IsEmpty());
 }
 
+TEST(Dictionary, ChangesLeaveNoReferencesInTheCallersPool) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVNumber value(424242);
+  NSUInteger before = value.RetainCount();
+  RVDictionary d;
+  RVArray a;
+  for (int i = 0; i < 20; ++i) {
+    d.SetObjectForKey(value, RVString::StringWithFormat("k%d", i));
+    a.AddObject(value);
+  }
+  // Exactly one reference per entry: none waits in this pool.
+  EXPECT_EQ(value.RetainCount(), before + 40);
+  [pool drain];
+}
+
 TEST(Dictionary, SetObjectStoresPlaceholdersForEmptyHandles) {
   RVDictionary d;
   d.SetObjectForKey(RVString(), "string");
