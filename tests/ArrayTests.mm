@@ -96,7 +96,6 @@ TEST(Array, TypedGettersMakeNoClassTest) {
   EXPECT_TRUE(array.NumberAtIndex(0) == 65);
   EXPECT_EQ(static_cast<int>(array.ValueAtIndex(0)), 65);
   EXPECT_TRUE(array.BooleanAtIndex(2));
-  EXPECT_EQ(array.DictionaryAtIndex(1).Ref(), array.InternalObjectAtIndex(1));
 
   RVObject* made = array[1];
   EXPECT_TRUE(made->IsTypeOfClass(RVString::ClassType()));
@@ -122,7 +121,6 @@ TEST(Array, JoiningSplittingAndEquality) {
   EXPECT_FALSE(parts != same);
   EXPECT_TRUE(parts != [NSArray array]);
   EXPECT_FALSE(RVArray() == [NSArray array]);
-  EXPECT_TRUE(parts.ObjectsClassType() == "RVArray");
 }
 
 }  // namespace
