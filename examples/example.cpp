@@ -30,6 +30,22 @@ int main() {
   RVRange joined = RVRange(0, 10).UnionRange(RVRange(5, 2));
   RVLog("union of (0,10) and (5,2) is (%u,%u)", joined.Location(), joined.Length());
 
+  RVDictionary settings;
+  settings.SetObjectForKey(sentence, "greeting");
+  settings.SetObjectForKey(RVNumber(3), "retries");
+  settings.SetObjectForKey(RVString("a,b,c").ComponentsSeparatedByString(","), "tags");
+  RVDictionary reread{RVData(settings)};  // through an XML property list
+  RVLog("reread %u entries: retries=%d, %u tags, greeting is %@", reread.Count(),
+        static_cast<int>(reread.NumberForKey("retries")), reread.ArrayForKey("tags").Count(),
+        reread.StringForKey("greeting").Ref());
+
+  try {
+    sentence.SubstringWithRange(RVRange(100, 5));
+  } catch (RVError* error) {
+    RVLog("caught %@", error->Description().Ref());
+    delete error;
+  }
+
   std::printf("example finished\n");
   return 0;
 }
