@@ -14,29 +14,10 @@
 
 namespace {
 
-// Builds the changed array in a temporary mutable copy and makes an
-// immutable copy of it the held object.
 template <typename Change>
 void ReplaceWithChanged(RVArray& array, Change change) {
-  // GNUstep leaves an autoreleased reference to every element behind when
-  // it copies a collection; a pool of our own drains them here, so a run of
-  // changes does not pile up references until the caller's pool drains.
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSMutableArray* working = [[NSMutableArray alloc]
-      initWithArray:array.Ref()];
-  @try {
-    change(working);
-  } @catch (NSException* exception) {
-    // The platform's exception reaches the caller (the pool is drained with
-    // the caller's, which also keeps the exception alive); the copy does not
-    // leak.
-    [working release];
-    @throw;
-  }
-  NSArray* changed = [working copy];
-  [working release];
-  [pool drain];
-  array = static_cast<NSArray*>(changed);
+  id changed = RVChangedCopy(array.Ref(), [NSMutableArray class], change);
+  static_cast<RVObject&>(array) = changed;
   [changed release];
 }
 

@@ -45,29 +45,10 @@ id PropertyListFromData(NSData* data) {
   return list;
 }
 
-// Builds the changed dictionary in a temporary mutable copy and makes an
-// immutable copy of it the held object.
 template <typename Change>
 void ReplaceWithChanged(RVDictionary& dictionary, Change change) {
-  // GNUstep leaves an autoreleased reference to every element behind when
-  // it copies a collection; a pool of our own drains them here, so a run of
-  // changes does not pile up references until the caller's pool drains.
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSMutableDictionary* working = [[NSMutableDictionary alloc]
-      initWithDictionary:dictionary.Ref()];
-  @try {
-    change(working);
-  } @catch (NSException* exception) {
-    // The platform's exception reaches the caller (the pool is drained with
-    // the caller's, which also keeps the exception alive); the copy does not
-    // leak.
-    [working release];
-    @throw;
-  }
-  NSDictionary* changed = [working copy];
-  [working release];
-  [pool drain];
-  dictionary = static_cast<RVId>(changed);
+  id changed = RVChangedCopy(dictionary.Ref(), [NSMutableDictionary class], change);
+  static_cast<RVObject&>(dictionary) = changed;
   [changed release];
 }
 

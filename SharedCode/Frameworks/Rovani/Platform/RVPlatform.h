@@ -21,6 +21,30 @@ const std::type_info& RVHandleTypeFor(id obj);
 // code logs "Unhandled string encoding" and gives UTF-8.
 NSStringEncoding RVPlatformEncodingForCode(unsigned int code);
 
+// Collections are never changed in place: change is applied to a mutable
+// copy of held (an empty one for nil), and an immutable copy of the result is
+// returned, owned by the caller (+1). GNUstep leaves an autoreleased
+// reference to every element behind when it copies a collection; a pool of
+// our own drains them, so a run of changes does not pile up references until
+// the caller's pool drains. A platform exception raised by change reaches the
+// caller without leaking the copy (the pool goes with the caller's, which
+// also keeps the exception alive).
+template <typename Change>
+id RVChangedCopy(id held, Class mutableClass, Change change) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  id working = held != nil ? [held mutableCopy] : [[mutableClass alloc] init];
+  @try {
+    change(working);
+  } @catch (NSException* exception) {
+    [working release];
+    @throw;
+  }
+  id changed = [working copy];
+  [working release];
+  [pool drain];
+  return changed;
+}
+
 // Messages whose answer comes back in a floating-point or structure register
 // are undefined on nil with this runtime (the nil method only clears the
 // integer register), so these answer 0 for nil themselves.
