@@ -202,12 +202,6 @@ TEST(Dictionary, PropertyListFiles) {
   EXPECT_TRUE(holdsNull.WriteToFile(path));
   EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(path).StringForKey("null") == "<null>");
 
-  RVString listPath = RVString(dir.c_str()).StringByAppendingPathComponent("list.plist");
-  [[NSPropertyListSerialization dataFromPropertyList:[NSArray arrayWithObject:@"x"]
-                                              format:NSPropertyListXMLFormat_v1_0
-                                    errorDescription:nullptr] writeToFile:listPath.Ref()
-                                                               atomically:NO];
-  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(listPath).IsEmpty());
   [[NSFileManager defaultManager] removeItemAtPath:@(dir.c_str()) error:nullptr];
 }
 

@@ -87,8 +87,6 @@ TEST(Bridge, DefaultsAndOtherKinds) {
   // The platform's boolean numbers are booleans, not numbers.
   EXPECT_TRUE(RVInternalRef::Convert((CFNumberRef)[NSNumber numberWithBool:YES]).IsEmpty());
 
-  NSData* bytes = [NSData dataWithBytes:"ab" length:2];
-  EXPECT_EQ(RVInternalRef::Convert((CFDataRef)bytes).Length(), 2u);
   EXPECT_EQ(RVInternalRef::Access(RVData()), nullptr);
   RVDictionary emptyDictionary;
   EXPECT_EQ(RVInternalRef::Access(&emptyDictionary), nullptr);

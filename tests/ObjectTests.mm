@@ -75,15 +75,6 @@ TEST(ObjectHandle, RetainsOnceAndReleasesOnEveryExit) {
   [object release];
 }
 
-TEST(ObjectHandle, InternalRefIsTheHeldSlot) {
-  RVObject handle;
-  NSObject* object = NewObject();
-  *handle.InternalRef() = object;  // adopted without a retain
-  EXPECT_EQ(handle.Ref(), object);
-  EXPECT_EQ([object retainCount], 1u);
-  // The handle now owns the creation reference and drops it.
-}
-
 TEST(ObjectHandle, EqualityAsksTheHeldObjectSoEmptyIsNeverEqual) {
   RVObject empty;
   EXPECT_FALSE(empty == nil);
