@@ -32,11 +32,13 @@ TEST(Data, StringsBecomeBytesWithTheRightTerminators) {
   EXPECT_EQ(RVString("\xC3\xA9").DataContainingStringUsingEncoding(kRVStringEncodingASCII).Length(),
             1u);
 
-  for (unsigned int code = 0; code <= 4; ++code)
+  LogCapture log;
+  // An empty string stops before its code is looked at: nothing is logged.
+  for (unsigned int code = 0; code <= 7; ++code)
     EXPECT_TRUE(RVData::DataWithStringUsingEncoding(RVString(), code).IsEmpty());
   EXPECT_TRUE(RVData(RVString()).IsEmpty());
+  EXPECT_TRUE(log.Lines().empty());
 
-  LogCapture log;
   RVData fallback = RVData::DataWithStringUsingEncoding("h\xC3\xA9", 7);
   EXPECT_EQ(log.Count("Unhandled string encoding"), 1);
   EXPECT_EQ(fallback.Length(), 3u);
@@ -46,6 +48,8 @@ TEST(Data, BytesBackToStrings) {
   EXPECT_TRUE(RVString(RVData::DataWithBytes("ab\0", 3)) == "ab");
   RVString whole(RVData::DataWithBytes("a\0b", 3));
   EXPECT_EQ(whole.Length(), 3u);
+  // Back to bytes, the text is cut at its U+0000.
+  EXPECT_EQ(RVData(whole).Length(), 1u);
   EXPECT_TRUE(RVString(RVData()).IsEmpty());
   EXPECT_TRUE(RVString(RVString("round").DataContainingUTF8CString()) == "round");
 }
@@ -80,6 +84,47 @@ TEST(Data, SlicesAppendsAndTheOneMutableHolder) {
   EXPECT_EQ(empty.Ref(), nil);
 }
 
+TEST(Data, DictionariesAndOwnership) {
+  RVDictionary dictionary;
+  dictionary.SetObjectForKey(RVString("v"), "k");
+  RVData xml(dictionary);
+  EXPECT_EQ(std::string(xml.CharPointer(), 5), "<?xml");
+  EXPECT_FALSE([xml.Ref() isKindOfClass:[NSMutableData class]]);
+  RVData same;
+  same.InitWithDictionary(dictionary);
+  EXPECT_TRUE(same == xml.Ref());
+  // GNUstep raises for a nil dictionary; the handle just ends empty.
+  RVData fromNothing = RVData::DataWithBytes("x", 1);
+  fromNothing = RVDictionary();
+  EXPECT_EQ(fromNothing.Ref(), nil);
+
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVData bytes;
+  bytes.InitWithBytes("abc", 3);
+  RVData appended(bytes);
+  appended.AppendString("d");
+  [pool drain];
+  EXPECT_EQ(bytes.RetainCount(), 1u);
+  EXPECT_EQ(appended.RetainCount(), 1u);
+}
+
+TEST(Data, EmptyHandlesAnswerNothing) {
+  RVData empty;
+  EXPECT_TRUE(empty.IsEmpty());
+  EXPECT_EQ(empty.Length(), 0u);
+  EXPECT_EQ(empty.Bytes(), nullptr);
+  EXPECT_EQ(empty.MutableBytes(), nullptr);
+  EXPECT_EQ(empty.Range().Length(), 0u);
+  EXPECT_TRUE(empty.SubdataWithRange(RVRange(0, 0)).IsEmpty());
+  char untouched = 'u';
+  empty.GetBytes(&untouched);
+  EXPECT_EQ(untouched, 'u');
+  EXPECT_FALSE(empty.WriteToFile("/tmp/rovani-never-written"));
+  EXPECT_TRUE(RVData::DataWithLength(0).IsEmpty());
+  EXPECT_NE(RVData::DataWithLength(0).Ref(), nil);
+  EXPECT_TRUE(RVData::ClassType() == "RVData");
+}
+
 TEST(Data, Files) {
   char pattern[] = "/tmp/rovani-data-XXXXXX";
   RVString dir(mkdtemp(pattern));
@@ -95,6 +140,7 @@ TEST(Data, Files) {
   RVData missing = RVData::DataWithContentsOfFile(dir + "/absent");
   EXPECT_TRUE(missing.IsEmpty());
   EXPECT_EQ(missing.Ref(), nil);
+  EXPECT_TRUE(RVData::DataWithContentsOfFile(dir).IsEmpty());
   [[NSFileManager defaultManager] removeItemAtPath:dir.Ref() error:nullptr];
 }
 

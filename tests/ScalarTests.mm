@@ -34,6 +34,30 @@ TEST(Bool, SharedInstancesForEveryWayOfMakingATruth) {
   EXPECT_EQ(RVBool(fromNumber).Ref(), yes);
 }
 
+TEST(Bool, InstancesAreMadeOnFirstRequest) {
+  // With no shared instances yet, the first initialiser call decides: a
+  // value of 2 is stored as it is and becomes the true instance.
+  RVId savedTrue = trueBoolNumberConst;
+  RVId savedFalse = falseBoolNumberConst;
+  trueBoolNumberConst = nil;
+  falseBoolNumberConst = nil;
+  BoolNumber* two = [[BoolNumber alloc] initWithBool:2];
+  id madeTrue = trueBoolNumberConst;
+  id made = [BoolNumber falseBoolNumber];
+  id madeFalse = falseBoolNumberConst;
+  trueBoolNumberConst = savedTrue;
+  falseBoolNumberConst = savedFalse;
+
+  EXPECT_EQ(madeTrue, two);
+  EXPECT_EQ([two boolValue], 2);
+  EXPECT_TRUE([[two description] isEqual:@"true"]);
+  EXPECT_EQ(made, madeFalse);
+  EXPECT_NE(made, savedFalse);
+  EXPECT_FALSE([made boolValue]);
+  [two release];
+  [made release];
+}
+
 TEST(Bool, IntegerWidthsAndComparisons) {
   EXPECT_TRUE(RVBool(-1));
   EXPECT_TRUE(RVBool(256L));

@@ -50,6 +50,12 @@ int main() {
   CHECK(RVNumber(2.5).IsFloatType() && !RVNumber(2).IsFloatType());
   int target = 0;
   CHECK(RVValue::ValueFromPointer(&target).PointerValue() == &target);
+  CHECK(trueBoolNumberConst != nullptr && trueBoolNumberConst == RVBool(true).Ref());
+  CHECK(RVNumber(300) == static_cast<unsigned char>(44));
+  CHECK(static_cast<signed char>(RVValue(5)) == 1 && static_cast<int>(RVValue(5)) == 5);
+  RVData appended = RVData::DataWithBytes("ab", 2);
+  appended.AppendString("c");
+  CHECK(RVString(appended) == "abc");
 
   // A dictionary built and read back typed.
   RVDictionary settings;

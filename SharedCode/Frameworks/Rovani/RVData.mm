@@ -37,6 +37,11 @@ RVData& RVData::operator=(RVString string) {
   return *this;
 }
 
+// GNUstep reports what it cannot serialise (a nil dictionary, a key that is
+// not a string) by raising, not through the error text: either way the
+// handle ends empty. The error text it hands back is autoreleased, so it is
+// not released here. The serialiser answers a mutable buffer; the handle
+// keeps an immutable copy, as every member but InitWithLength does.
 RVData& RVData::operator=(const RVDictionary& dictionary) {
   NSString* error = nil;
   NSData* serialised = nil;
@@ -47,7 +52,9 @@ RVData& RVData::operator=(const RVDictionary& dictionary) {
   } @catch (NSException*) {
     serialised = nil;
   }
-  RVObject::operator=(serialised);
+  NSData* held = [serialised copy];
+  RVObject::operator=(held);
+  [held release];
   return *this;
 }
 
