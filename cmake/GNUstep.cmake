@@ -44,8 +44,3 @@ target_compile_options(RovaniGNUstep INTERFACE
     -Wno-deprecated-declarations>)
 target_link_options(RovaniGNUstep INTERFACE ${_gs_link_options})
 target_link_libraries(RovaniGNUstep INTERFACE ${_gs_link_libs})
-
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(JSONCPP REQUIRED IMPORTED_TARGET jsoncpp)
-find_package(OpenSSL REQUIRED COMPONENTS Crypto)
-find_library(UUID_LIBRARY uuid REQUIRED)

@@ -66,4 +66,12 @@ class RV_EXPORT RVArray : public RVObject {
   void RemoveAllObjects();
 };
 
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVBool.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVNumber.h>
+#include <Rovani/RVValue.h>
+
 #endif

@@ -10,18 +10,9 @@
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVValue.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVChangedCopy.h"
+#include "Platform/RVClassType.h"
 
-namespace {
-
-template <typename Change>
-void ReplaceWithChanged(RVArray& array, Change change) {
-  id changed = RVChangedCopy(array.Ref(), [NSMutableArray class], change);
-  static_cast<RVObject&>(array) = changed;
-  [changed release];
-}
-
-}  // namespace
 
 RVArray::RVArray() : RVObject() {}
 RVArray::RVArray(const RVArray& other) : RVObject(other) {}
@@ -103,20 +94,20 @@ RVString RVArray::ComponentsJoinedByString(const RVString& separator) const {
 }
 
 void RVArray::AddObject(const RVObject& object) {
-  ReplaceWithChanged(*this, [&](NSMutableArray* working) { [working addObject:object.Ref()]; });
+  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) { [working addObject:object.Ref()]; });
 }
 
 void RVArray::RemoveLastObject() {
-  ReplaceWithChanged(*this, [](NSMutableArray* working) { [working removeLastObject]; });
+  RVReplaceWithChanged(*this, [NSMutableArray class], [](NSMutableArray* working) { [working removeLastObject]; });
 }
 
 void RVArray::RemoveObjectAtIndex(unsigned int index) {
-  ReplaceWithChanged(*this,
+  RVReplaceWithChanged(*this, [NSMutableArray class],
                      [&](NSMutableArray* working) { [working removeObjectAtIndex:index]; });
 }
 
 void RVArray::ExchangeObjectAtIndexWithObjectAtIndex(unsigned int first, unsigned int second) {
-  ReplaceWithChanged(*this, [&](NSMutableArray* working) {
+  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) {
     [working exchangeObjectAtIndex:first withObjectAtIndex:second];
   });
 }
@@ -129,7 +120,7 @@ void RVArray::SetObjectAtIndex(const RVObject& object, unsigned int index) {
     else if (object.IsTypeOfClass(RVArray::ClassType()))
       element = [NSArray array];
   }
-  ReplaceWithChanged(*this, [&](NSMutableArray* working) {
+  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) {
     [working replaceObjectAtIndex:index withObject:element];
   });
 }

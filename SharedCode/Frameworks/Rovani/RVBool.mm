@@ -2,7 +2,7 @@
 
 #include <Rovani/RVBool.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVClassType.h"
 
 RVId trueBoolNumberConst = nil;
 RVId falseBoolNumberConst = nil;
@@ -53,8 +53,6 @@ RVId falseBoolNumberConst = nil;
 }
 
 @end
-
-RVId BoolToRVId(bool value) { return [BoolNumber boolNumberWithBool:value]; }
 
 RVBool::RVBool() : RVObject(BoolToRVId(false)) {}
 RVBool::RVBool(bool value) : RVObject(BoolToRVId(value)) {}

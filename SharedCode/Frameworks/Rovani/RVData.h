@@ -73,4 +73,8 @@ class RV_EXPORT RVData : public RVObject {
   bool WriteToFileAtomically(RVString path) const;
 };
 
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVDictionary.h>
+
 #endif

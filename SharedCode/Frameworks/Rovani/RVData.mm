@@ -5,7 +5,10 @@
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVChangedCopy.h"
+#include "Platform/RVClassType.h"
+#include "Platform/RVEncoding.h"
+#include "Platform/RVPropertyList.h"
 
 RVData::RVData() : RVObject() {}
 RVData::RVData(const RVData& other) : RVObject(other) {}
@@ -32,29 +35,24 @@ RVData& RVData::operator=(NSData* data) {
 RVData& RVData::operator=(RVString string) {
   Empty();
   if (string.Length() < 1) return *this;
-  RVData terminated = string.DataContainingUTF8CString();
-  InitWithBytes(terminated.Bytes(), static_cast<unsigned int>(strlen(terminated.CharPointer())));
+  // The UTF-8 bytes up to the first NUL, without one of their own.
+  NSData* utf8 = [string.Ref() dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  const void* zero = memchr([utf8 bytes], 0, [utf8 length]);
+  if (zero == nullptr) {
+    NSData* held = [utf8 copy];
+    RVObject::operator=(held);
+    [held release];
+  } else {
+    InitWithBytes([utf8 bytes], static_cast<unsigned int>(static_cast<const char*>(zero) -
+                                                          static_cast<const char*>([utf8 bytes])));
+  }
   return *this;
 }
 
 // GNUstep reports what it cannot serialise (a nil dictionary, a key that is
-// not a string) by raising, not through the error text: either way the
-// handle ends empty. The error text it hands back is autoreleased, so it is
-// not released here. The serialiser answers a mutable buffer; the handle
-// keeps an immutable copy, as every member but InitWithLength does.
+// not a string) by raising; either way the handle ends empty.
 RVData& RVData::operator=(const RVDictionary& dictionary) {
-  NSString* error = nil;
-  NSData* serialised = nil;
-  @try {
-    serialised = [NSPropertyListSerialization dataFromPropertyList:dictionary.Ref()
-                                                            format:NSPropertyListXMLFormat_v1_0
-                                                  errorDescription:&error];
-  } @catch (NSException*) {
-    serialised = nil;
-  }
-  NSData* held = [serialised copy];
-  RVObject::operator=(held);
-  [held release];
+  RVObject::operator=(RVPropertyListXMLData(dictionary.Ref()));
   return *this;
 }
 
@@ -137,12 +135,8 @@ RVData RVData::SubdataWithRange(const RVRange& range) const {
 }
 
 void RVData::AppendData(RVData other) {
-  NSMutableData* working = [[NSMutableData alloc] initWithData:Ref()];
-  [working appendData:other.Ref()];
-  NSData* appended = [working copy];
-  [working release];
-  RVObject::operator=(appended);
-  [appended release];
+  RVReplaceWithChanged(*this, [NSMutableData class],
+                       [&](NSMutableData* working) { [working appendData:other.Ref()]; });
 }
 
 void RVData::AppendString(RVString string) {

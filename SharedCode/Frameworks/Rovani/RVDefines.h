@@ -61,9 +61,14 @@ typedef const void* CFTypeRef;
 
 class RVObject;
 class RVString;
+class RVRange;
+class RVNumber;
+class RVBool;
+class RVValue;
 class RVData;
 class RVArray;
 class RVDictionary;
+class RVEnumerator;
 class RVError;
 
 #endif

@@ -84,4 +84,12 @@ class RV_EXPORT RVDictionary : public RVObject {
   bool WriteToFileAtomically(const RVString& path) const;
 };
 
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVArray.h>
+#include <Rovani/RVBool.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVEnumerator.h>
+#include <Rovani/RVNumber.h>
+
 #endif

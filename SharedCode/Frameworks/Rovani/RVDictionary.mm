@@ -9,7 +9,10 @@
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVNumber.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVChangedCopy.h"
+#include "Platform/RVClassType.h"
+#include "Platform/RVHandleTable.h"
+#include "Platform/RVPropertyList.h"
 
 namespace {
 
@@ -19,38 +22,6 @@ NSString* const kDictionaryBodyTemplate =
     @"<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
     @"\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">"
     @"<plist version=\"1.0\"><dict>%@</dict></plist>";
-
-// Parsers raise on malformed text; to a dictionary that is simply no result.
-id PropertyListFromString(NSString* text) {
-  @try {
-    return [text propertyList];
-  } @catch (NSException*) {
-    return nil;
-  }
-}
-
-id PropertyListFromData(NSData* data) {
-  if (data == nil) return nil;
-  NSPropertyListFormat format;
-  NSString* error = nil;
-  id list = nil;
-  @try {
-    list = [NSPropertyListSerialization propertyListFromData:data
-                                            mutabilityOption:NSPropertyListImmutable
-                                                      format:&format
-                                            errorDescription:&error];
-  } @catch (NSException*) {
-    list = nil;
-  }
-  return list;
-}
-
-template <typename Change>
-void ReplaceWithChanged(RVDictionary& dictionary, Change change) {
-  id changed = RVChangedCopy(dictionary.Ref(), [NSMutableDictionary class], change);
-  static_cast<RVObject&>(dictionary) = changed;
-  [changed release];
-}
 
 id PlaceholderForEmptyValue(const RVObject& value, bool plainObjectsOnly) {
   if (value.IsTypeOfClass(RVDictionary::ClassType())) return [NSDictionary dictionary];
@@ -65,16 +36,7 @@ id PlaceholderForEmptyValue(const RVObject& value, bool plainObjectsOnly) {
 }
 
 bool WriteDictionary(NSDictionary* dictionary, NSString* path, BOOL atomically) {
-  if (dictionary == nil) return false;
-  NSString* error = nil;
-  NSData* data = nil;
-  @try {
-    data = [NSPropertyListSerialization dataFromPropertyList:dictionary
-                                                      format:NSPropertyListXMLFormat_v1_0
-                                            errorDescription:&error];
-  } @catch (NSException*) {
-    data = nil;
-  }
+  NSData* data = RVPropertyListXMLData(dictionary);
   return data != nil && [data writeToFile:path atomically:atomically];
 }
 
@@ -113,8 +75,8 @@ RVDictionary& RVDictionary::operator=(CFDictionaryRef dictionary) {
 
 RVDictionary& RVDictionary::operator=(const RVData& data) {
   RVString text(data);
-  id list = PropertyListFromString(text.Ref());
-  if (list == nil) list = PropertyListFromData(data.Ref());
+  id list = RVPropertyListFromString(text.Ref());
+  if (list == nil) list = RVPropertyListFromData(data.Ref());
   [list retain];
 
   if ([list isKindOfClass:[NSDictionary class]]) {
@@ -127,7 +89,7 @@ RVDictionary& RVDictionary::operator=(const RVData& data) {
       // non-ASCII characters is cut short by the difference.
       NSData* document = [NSData dataWithBytes:[wrapped UTF8String] length:[wrapped length]];
       [list release];
-      list = [PropertyListFromData(document) retain];
+      list = [RVPropertyListFromData(document) retain];
       if (![list isKindOfClass:[NSDictionary class]]) {
         [list release];
         list = nil;
@@ -235,7 +197,7 @@ RVEnumerator RVDictionary::KeyEnumerator() const { return RVEnumerator([Ref() ke
 void RVDictionary::SetObjectForKey(const RVObject& value, const RVString& key) {
   id object = value.Ref();
   if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, false);
-  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
     [working setObject:object forKey:key.Ref()];
   });
 }
@@ -243,13 +205,13 @@ void RVDictionary::SetObjectForKey(const RVObject& value, const RVString& key) {
 void RVDictionary::SetValueForKey(const RVObject& value, const RVString& key) {
   id object = value.Ref();
   if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, true);
-  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
     [working setValue:object forKey:key.Ref()];
   });
 }
 
 void RVDictionary::RemoveObjectForKey(const RVString& key) {
-  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
     [working removeObjectForKey:key.Ref()];
   });
 }
@@ -258,7 +220,7 @@ void RVDictionary::AddDictionary(const RVDictionary& other) {
   if (other.IsEmpty()) return;
   // Nothing to add from a dictionary equal to this one (itself included).
   if (!(static_cast<const RVObject&>(other) != static_cast<const RVObject&>(*this))) return;
-  ReplaceWithChanged(*this, [&](NSMutableDictionary* working) {
+  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
     [working addEntriesFromDictionary:other.Ref()];
   });
 }

@@ -34,4 +34,8 @@ class RV_EXPORT RVEnumerator : public RVObject {
   RVArray AllObjects() const;
 };
 
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVArray.h>
+
 #endif

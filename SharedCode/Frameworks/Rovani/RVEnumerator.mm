@@ -3,7 +3,7 @@
 #include <Rovani/RVArray.h>
 #include <Rovani/RVEnumerator.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVClassType.h"
 
 RVEnumerator::RVEnumerator() : RVObject() {}
 RVEnumerator::RVEnumerator(const RVEnumerator& other) : RVObject(other) {}

@@ -67,4 +67,9 @@ RV_EXPORT RVError MakeRVError(int code, const RVString& description,
 // errors under the domain of the source file that reports them.
 RV_EXPORT RVString FilePathToDomain(const RVString& path);
 
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVArray.h>
+#include <Rovani/RVDictionary.h>
+
 #endif

@@ -51,6 +51,13 @@ class RV_EXPORT RVObject {
   // nil and NSNull give an empty plain RVObject.
   static RVObject* Create(RVId obj);
 
+ protected:
+  // Holds a constant object (a string literal) without sending it a message,
+  // so that it can be made while the library loads, before the runtime can
+  // answer messages. Constants ignore retain and release.
+  struct ConstantObject {};
+  RVObject(RVId constant, ConstantObject) : ref_(constant) {}
+
  private:
   RVId ref_;
 };
@@ -62,5 +69,9 @@ RV_EXPORT void SafeCFRelease(const void* ref);
 
 // A writable pointer to a static empty C string.
 RV_EXPORT extern char* kNullStringBuffer;
+
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVString.h>
 
 #endif

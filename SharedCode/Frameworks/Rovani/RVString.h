@@ -134,6 +134,10 @@ class RV_EXPORT RVString : public RVObject {
   RVString& operator+=(const char* other);
   RVString& operator+=(const unsigned char* other);
   RVString& operator+=(const wchar_t* other);
+
+ private:
+  friend struct RVConstantString;
+  RVString(RVId literal, ConstantObject constant) : RVObject(literal, constant) {}
 };
 
 RV_EXPORT RVString operator+(const RVString& left, const RVString& right);
@@ -154,5 +158,10 @@ RV_EXPORT RVString operator+(const wchar_t* left, const RVString& right);
 RV_EXPORT extern const RVString kgRVInternalEmptyString;
 // One backslash; the name's spelling is part of the interface.
 RV_EXPORT extern const RVString kFilePathSeperator;
+
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVArray.h>
+#include <Rovani/RVData.h>
 
 #endif

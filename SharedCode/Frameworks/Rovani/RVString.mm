@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include <cstdarg>
+#include <cstdlib>
 #include <cstring>
 
 #include <Rovani/RVString.h>
@@ -12,45 +13,23 @@
 #include <Rovani/RVUtilities.h>
 
 #include "Platform/RVCoreFoundation.h"
-#include "Platform/RVPlatform.h"
+#include "Platform/RVClassType.h"
+#include "Platform/RVEncoding.h"
+#include "Platform/RVScalars.h"
 
 // ---------------------------------------------------------------------------
 // Strings that exist from library load.
 //
 // C++ constructors of this library run before its Objective-C module is
-// registered with the runtime, so they must not send messages. Both strings
-// are first built nil (which sends nothing) and then given their constant
-// literal, which needs no retain; the first message to either is sent after
-// load.
-const RVString kgRVInternalEmptyString(static_cast<const char*>(nullptr));
-const RVString kFilePathSeperator(static_cast<const char*>(nullptr));
+// registered with the runtime, so they must not send messages. Each string
+// adopts its constant literal as it is built, which sends nothing; the first
+// message to either is sent after load.
+struct RVConstantString {
+  static RVString Make(RVId literal) { return RVString(literal, RVString::ConstantObject()); }
+};
 
-namespace {
-struct ConstantStrings {
-  ConstantStrings() {
-    *kgRVInternalEmptyString.InternalRef() = @"";
-    *kFilePathSeperator.InternalRef() = @"\\";
-  }
-} gConstantStrings;
-}  // namespace
-
-NSStringEncoding RVPlatformEncodingForCode(unsigned int code) {
-  switch (code) {
-    case kRVStringEncodingUTF8:
-      return NSUTF8StringEncoding;
-    case kRVStringEncodingUnicode:
-      return NSUnicodeStringEncoding;
-    case kRVStringEncodingMacOSRoman:
-      return NSMacOSRomanStringEncoding;
-    case kRVStringEncodingWindowsLatin1:
-      return NSWindowsCP1252StringEncoding;
-    case kRVStringEncodingASCII:
-      return NSASCIIStringEncoding;
-    default:
-      RVLog("Unhandled string encoding");
-      return NSUTF8StringEncoding;
-  }
-}
+const RVString kgRVInternalEmptyString = RVConstantString::Make(@"");
+const RVString kFilePathSeperator = RVConstantString::Make(@"\\");
 
 // ---------------------------------------------------------------------------
 // Construction and assignment
@@ -403,10 +382,16 @@ RVData RVString::DataContainingStringUsingEncoding(unsigned int code) const {
 }
 
 RVData RVString::DataContainingCStringUsingEncoding(unsigned int code) const {
-  static const char kZeros[2] = {0, 0};
-  RVData data = DataContainingStringUsingEncoding(code);
-  data.AppendData(RVData::DataWithBytes(kZeros, code == kRVStringEncodingUnicode ? 2 : 1));
-  return data;
+  RVData encoded = DataContainingStringUsingEncoding(code);
+  const unsigned int zeros = code == kRVStringEncodingUnicode ? 2 : 1;
+  const unsigned int length = encoded.Length();
+  char* bytes = static_cast<char*>(malloc(length + zeros));
+  if (length > 0) memcpy(bytes, encoded.Bytes(), length);
+  memset(bytes + length, 0, zeros);
+  NSData* made = [[NSData alloc] initWithBytesNoCopy:bytes length:length + zeros freeWhenDone:YES];
+  RVData result(made);
+  [made release];
+  return result;
 }
 
 RVData RVString::DataContainingUTF8CString() const {

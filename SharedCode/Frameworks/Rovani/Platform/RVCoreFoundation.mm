@@ -2,9 +2,8 @@
 
 #include <cstring>
 
-#include <Rovani/RVBool.h>
-
 #include "Platform/RVCoreFoundation.h"
+#include "Platform/RVHandleTable.h"
 
 void CFRelease(CFTypeRef ref) { [(id)ref release]; }
 
@@ -26,12 +25,6 @@ enum : CFTypeID {
   kDateFormatterTypeID,
 };
 
-// The platform's own boolean numbers are booleans to Core Foundation too.
-bool IsPlatformBoolean(id obj) {
-  static Class platformBooleanClass = [[NSNumber numberWithBool:YES] class];
-  return [obj class] == platformBooleanClass;
-}
-
 }  // namespace
 
 CFTypeID CFStringGetTypeID() { return kStringTypeID; }
@@ -46,19 +39,8 @@ CFTypeID CFBundleGetTypeID() { return kBundleTypeID; }
 CFTypeID CFDateFormatterGetTypeID() { return kDateFormatterTypeID; }
 
 CFTypeID CFGetTypeID(CFTypeRef ref) {
-  id obj = (id)ref;
-  if (obj == nil) return kOtherTypeID;
-  if ([obj isKindOfClass:[NSString class]]) return kStringTypeID;
-  if ([obj isKindOfClass:[NSArray class]]) return kArrayTypeID;
-  if ([obj isKindOfClass:[NSDictionary class]]) return kDictionaryTypeID;
-  if ([obj isKindOfClass:[NSData class]]) return kDataTypeID;
-  if ([obj isKindOfClass:[NSDate class]]) return kDateTypeID;
-  if ([obj isKindOfClass:[BoolNumber class]] || IsPlatformBoolean(obj)) return kBooleanTypeID;
-  if ([obj isKindOfClass:[NSNumber class]]) return kNumberTypeID;
-  if ([obj isKindOfClass:[NSURL class]]) return kURLTypeID;
-  if ([obj isKindOfClass:[NSBundle class]]) return kBundleTypeID;
-  if ([obj isKindOfClass:[NSDateFormatter class]]) return kDateFormatterTypeID;
-  return kOtherTypeID;
+  const RVHandleKind* kind = RVHandleKindFor((id)ref);
+  return kind != nullptr ? kind->typeID : kOtherTypeID;
 }
 
 namespace {
