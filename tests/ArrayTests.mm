@@ -54,16 +54,21 @@ TEST(Array, SetObjectAtIndexReplacesOnlyEmptyCollectionsWithPlaceholders) {
   EXPECT_TRUE(array.StringAtIndex(2) == "w");
 
   // Any other empty handle is passed on and refused by the platform; the
-  // array is unchanged.
+  // array is unchanged, and once the exception's pool drains, so are its
+  // elements' retain counts (the raise leaves references in that pool).
   RVId before = array.Ref();
+  NSUInteger elementCount = [array.InternalObjectAtIndex(2) retainCount];
   bool raised = false;
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   @try {
     array.SetObjectAtIndex(RVNumber(), 0);
   } @catch (NSException* exception) {
     raised = true;
   }
+  [pool drain];
   EXPECT_TRUE(raised);
   EXPECT_EQ(array.Ref(), before);
+  EXPECT_EQ([array.InternalObjectAtIndex(2) retainCount], elementCount);
 }
 
 TEST(Array, IndicesReachThePlatformUnchecked) {

@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include <Rovani/Rovani.h>
 
 #include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 namespace {
 
@@ -126,9 +125,9 @@ TEST(Data, EmptyHandlesAnswerNothing) {
 }
 
 TEST(Data, Files) {
-  char pattern[] = "/tmp/rovani-data-XXXXXX";
-  RVString dir(mkdtemp(pattern));
-  RVString path = dir.StringByAppendingPathComponent("bytes.bin");
+  ScratchDir scratch;
+  RVString dir(scratch.Path().c_str());
+  RVString path(scratch.File("bytes.bin").c_str());
   RVData data = RVData::DataWithBytes("abc", 3);
   ASSERT_TRUE(data.WriteToFileAtomically(path));
   EXPECT_EQ(RVData::DataWithContentsOfFile(path).Length(), 3u);
@@ -141,7 +140,6 @@ TEST(Data, Files) {
   EXPECT_TRUE(missing.IsEmpty());
   EXPECT_EQ(missing.Ref(), nil);
   EXPECT_TRUE(RVData::DataWithContentsOfFile(dir).IsEmpty());
-  [[NSFileManager defaultManager] removeItemAtPath:dir.Ref() error:nullptr];
 }
 
 }  // namespace

@@ -4,9 +4,9 @@
 
 #include <Rovani/Rovani.h>
 
-namespace {
+#include "support/TestSupport.h"
 
-std::string Text(const RVString& s) { return s.Ref() ? [s.Ref() UTF8String] : "<nil>"; }
+namespace {
 
 TEST(Error, CodeZeroNeverMakesAnError) {
   RVDictionary info;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include <Rovani/Rovani.h>
 
 #include "support/LogCapture.h"
@@ -14,6 +16,11 @@ class RVTwelveChars : public RVObject {};  // "13RVTwelveChars"
 namespace {
 
 NSObject* NewObject() { return [[NSObject alloc] init]; }
+
+std::string CreatedClassType(id object) {
+  std::unique_ptr<RVObject> made(RVObject::Create(object));
+  return [made->ObjectsClassType().Ref() UTF8String];
+}
 
 TEST(ObjectHandle, ClassTypesDropExactlyOneCharacterOfTheTypeName) {
   EXPECT_TRUE(RVObject().ObjectsClassType() == "RVObject");
@@ -33,14 +40,6 @@ TEST(ObjectHandle, ClassTypesDropExactlyOneCharacterOfTheTypeName) {
   EXPECT_FALSE(asBase.IsTypeOfClass(RVString(static_cast<const char*>(nullptr))));
   EXPECT_TRUE(asBase.IsSameClassTypeAs(RVString("y")));
   EXPECT_FALSE(asBase.IsSameClassTypeAs(RVObject()));
-}
-
-TEST(ObjectHandle, ClassTypesAreComputedOncePerType) {
-  // Every answer for one type is the same string object: nothing is built
-  // again per query.
-  EXPECT_EQ(RVString::ClassType().Ref(), RVString("a").ObjectsClassType().Ref());
-  EXPECT_EQ(RVObject::ClassType().Ref(), RVObject().ObjectsClassType().Ref());
-  EXPECT_NE(RVObject::ClassType().Ref(), RVString::ClassType().Ref());
 }
 
 TEST(ObjectHandle, RetainsOnceAndReleasesOnEveryExit) {
@@ -125,16 +124,33 @@ TEST(ObjectHandle, FreeFunctionsAndGlobals) {
   EXPECT_EQ(kNullStringBuffer[0], '\0');
 }
 
-TEST(AutoreleasePool, DrainsWhatWasAutoreleasedInsideIt) {
-  NSObject* object = NewObject();
-  [object retain];
+TEST(Factory, PicksTheHandleClassInItsBindingOrder) {
+  EXPECT_EQ(CreatedClassType([NSMutableString stringWithString:@"m"]), "RVString");
+  EXPECT_EQ(CreatedClassType([NSMutableDictionary dictionary]), "2RVDictionary");
+  EXPECT_EQ(CreatedClassType([NSMutableData dataWithLength:2]), "RVData");
+  EXPECT_EQ(CreatedClassType([NSMutableArray array]), "RVArray");
+  EXPECT_EQ(CreatedClassType(BoolToRVId(true)), "RVBool");
+  EXPECT_EQ(CreatedClassType([NSNumber numberWithBool:YES]), "RVNumber");
+  EXPECT_EQ(CreatedClassType([NSNumber numberWithDouble:1.5]), "RVNumber");
+  EXPECT_EQ(CreatedClassType([NSValue valueWithPointer:nullptr]), "RVValue");
+  EXPECT_EQ(CreatedClassType([NSError errorWithDomain:@"D" code:1 userInfo:nil]), "RVError");
+  EXPECT_EQ(CreatedClassType([[NSArray array] objectEnumerator]), "2RVEnumerator");
+
+  std::unique_ptr<RVObject> null(RVObject::Create([NSNull null]));
+  EXPECT_TRUE(null->IsEmpty());
+  EXPECT_TRUE(null->IsTypeOfClass("RVObject"));
+  std::unique_ptr<RVObject> nothing(RVObject::Create(nil));
+  EXPECT_TRUE(nothing->IsEmpty());
+
+  NSSet* set = [[NSSet alloc] initWithObjects:@"x", nil];
   {
-    RVAutoreleasePool pool;
-    [object autorelease];
-    EXPECT_EQ([object retainCount], 2u);
+    std::unique_ptr<RVObject> held(RVObject::Create(set));
+    EXPECT_TRUE(held->IsTypeOfClass("RVObject"));
+    EXPECT_EQ(held->Ref(), set);
+    EXPECT_EQ([set retainCount], 2u);
   }
-  EXPECT_EQ([object retainCount], 1u);
-  [object release];
+  EXPECT_EQ([set retainCount], 1u);
+  [set release];
 }
 
 }  // namespace

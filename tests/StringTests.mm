@@ -5,6 +5,7 @@
 #include <Rovani/Rovani.h>
 
 #include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 // Built during this program's own static initialisation, after the library
 // has loaded: the library's strings must already be in place by then.
@@ -12,11 +13,6 @@ static const RVString gDefaultAtLoad;
 static const RVId gEmptyLiteralAtLoad = kgRVInternalEmptyString.Ref();
 
 namespace {
-
-std::string Text(const RVString& s) {
-  NSString* ref = s.Ref();
-  return ref ? std::string([ref UTF8String]) : std::string("<nil>");
-}
 
 TEST(String, LibraryStringsExistFromLoad) {
   ASSERT_NE(gEmptyLiteralAtLoad, nil);
@@ -195,56 +191,6 @@ TEST(String, ConcatenationRendersTheRightSideAsAnObject) {
   EXPECT_EQ(Text("pre" + RVString("fix")), "prefix");
   EXPECT_EQ(Text(@"ns" + RVString("string")), "nsstring");
   EXPECT_EQ(Text((CFStringRef) @"cf" + RVString("string")), "cfstring");
-}
-
-TEST(StringExtensions, ReplaceAllIsLiteralLeftToRightAndNeverLoops) {
-  auto replace = [](const char* text, NSString* target, NSString* replacement) {
-    return Text(RVString(
-        (RVId)[@(text) stringByReplacingOccurrencesOfStringMB:target withString:replacement]));
-  };
-  EXPECT_EQ(replace("banana", @"a", @"b"), "bbnbnb");
-  EXPECT_EQ(replace("banana", @"an", @"anan"), "banana");  // replacement holds the target
-  EXPECT_EQ(replace("banana", @"", @"x"), "banana");
-  EXPECT_EQ(replace("banana", nil, @"x"), "banana");
-  EXPECT_EQ(replace("abcabd", @"ab", nil), "cd");
-  EXPECT_EQ(replace("aaaa", @"aa", @"a"), "aa");
-  EXPECT_EQ(replace("aaa", @"aa", @"b"), "ba");
-  EXPECT_EQ(replace("banana", @"A", @"o"), "banana");
-
-  NSMutableString* inPlace = [NSMutableString stringWithString:@"a.b.c"];
-  [inPlace replaceOccurrencesOfStringMB:@"." withString:@"::"];
-  EXPECT_EQ(Text(RVString((RVId)inPlace)), "a::b::c");
-
-  EXPECT_EQ(Text(RVString((RVId)[NSString stringWithStringMB:@"xyx"
-                                 replacingOccurrencesOfString:@"x"
-                                                   withString:@"z"])),
-            "zyz");
-  EXPECT_EQ([NSString stringWithStringMB:nil replacingOccurrencesOfString:@"x" withString:@"z"],
-            nil);
-
-  // The handle's replace uses the same rules.
-  EXPECT_EQ(Text(RVString("aaaa").StringByReplacingOccurrencesOfStringWithString("aa", "a")), "aa");
-  EXPECT_EQ(Text(RVString("banana").StringByReplacingOccurrencesOfStringWithString("an", "anan")),
-            "banana");
-  EXPECT_EQ(RVString(static_cast<const char*>(nullptr))
-                .StringByReplacingOccurrencesOfStringWithString("a", "b")
-                .Ref(),
-            nil);
-}
-
-TEST(StringExtensions, LocaleIdentifierParts) {
-  EXPECT_EQ(Text(RVString((RVId)[@"en_US" languageCode])), "en");
-  EXPECT_EQ(Text(RVString((RVId)[@"en_US" countryCode])), "US");
-  EXPECT_EQ([@"fr" countryCode], nil);
-}
-
-TEST(Logging, RVLogAndDebugLogWriteTheSameFormattedLine) {
-  LogCapture log;
-  RVLog("value %d of %@", 3, @"things");
-  DebugLog("value %d of %@", 3, @"things");
-  ASSERT_EQ(log.Lines().size(), 2u);
-  EXPECT_EQ(log.Lines()[0], "value 3 of things");
-  EXPECT_EQ(log.Lines()[1], log.Lines()[0]);
 }
 
 }  // namespace

@@ -2,45 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include <Rovani/Rovani.h>
 
 namespace {
-
-std::string CreatedClassType(id object) {
-  std::unique_ptr<RVObject> made(RVObject::Create(object));
-  return [made->ObjectsClassType().Ref() UTF8String];
-}
-
-TEST(Factory, PicksTheHandleClassInItsBindingOrder) {
-  EXPECT_EQ(CreatedClassType([NSMutableString stringWithString:@"m"]), "RVString");
-  EXPECT_EQ(CreatedClassType([NSMutableDictionary dictionary]), "2RVDictionary");
-  EXPECT_EQ(CreatedClassType([NSMutableData dataWithLength:2]), "RVData");
-  EXPECT_EQ(CreatedClassType([NSMutableArray array]), "RVArray");
-  EXPECT_EQ(CreatedClassType(BoolToRVId(true)), "RVBool");
-  EXPECT_EQ(CreatedClassType([NSNumber numberWithBool:YES]), "RVNumber");
-  EXPECT_EQ(CreatedClassType([NSNumber numberWithDouble:1.5]), "RVNumber");
-  EXPECT_EQ(CreatedClassType([NSValue valueWithPointer:nullptr]), "RVValue");
-  EXPECT_EQ(CreatedClassType([NSError errorWithDomain:@"D" code:1 userInfo:nil]), "RVError");
-  EXPECT_EQ(CreatedClassType([[NSArray array] objectEnumerator]), "2RVEnumerator");
-
-  std::unique_ptr<RVObject> null(RVObject::Create([NSNull null]));
-  EXPECT_TRUE(null->IsEmpty());
-  EXPECT_TRUE(null->IsTypeOfClass("RVObject"));
-  std::unique_ptr<RVObject> nothing(RVObject::Create(nil));
-  EXPECT_TRUE(nothing->IsEmpty());
-
-  NSSet* set = [[NSSet alloc] initWithObjects:@"x", nil];
-  {
-    std::unique_ptr<RVObject> held(RVObject::Create(set));
-    EXPECT_TRUE(held->IsTypeOfClass("RVObject"));
-    EXPECT_EQ(held->Ref(), set);
-    EXPECT_EQ([set retainCount], 2u);
-  }
-  EXPECT_EQ([set retainCount], 1u);
-  [set release];
-}
 
 TEST(Bridge, ConvertChecksTheTypeAndRetains) {
   NSString* string = [[NSString alloc] initWithFormat:@"cf %d", 1];

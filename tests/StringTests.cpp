@@ -7,12 +7,9 @@
 
 #include <Rovani/Rovani.h>
 
-namespace {
+#include "support/TestSupport.h"
 
-std::string Text(const RVString& s) {
-  RVData bytes = s.DataContainingUTF8CString();
-  return bytes.IsEmpty() ? std::string() : std::string(bytes.CharPointer());
-}
+namespace {
 
 TEST(Throws, OutOfRangeSubstringThrowsAHeapError) {
   RVAutoreleasePool pool;
@@ -60,6 +57,33 @@ TEST(Throws, PlatformExceptionsPassThroughUncaught) {
   EXPECT_TRUE(caught);
 
   EXPECT_THROW(RVArray{RVObject(RVString("not an array").Ref())}, std::bad_cast);
+}
+
+TEST(Throws, HandlesAreReleasedWhenAPlatformExceptionUnwindsThroughTheirOwner) {
+  RVAutoreleasePool pool;
+  RVData bytes = RVData::DataWithBytes("abc", 3);
+  RVString text("unwound");
+  const unsigned int bytesCount = bytes.RetainCount();
+  const unsigned int textCount = text.RetainCount();
+  auto owner = [&] {
+    RVData heldBytes(bytes);
+    RVString heldText(text);
+    RVArray one;
+    one.AddObject(heldText);
+    delete one.ObjectAtIndex(3);  // raises NSRangeException
+  };
+  bool caught = false;
+  {
+    RVAutoreleasePool exceptionPool;  // holds the exception and what it keeps
+    try {
+      owner();
+    } catch (...) {
+      caught = true;
+    }
+  }
+  EXPECT_TRUE(caught);
+  EXPECT_EQ(bytes.RetainCount(), bytesCount);
+  EXPECT_EQ(text.RetainCount(), textCount);
 }
 
 }  // namespace
