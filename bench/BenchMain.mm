@@ -21,9 +21,9 @@ class RecordingReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type == Run::RT_Iteration && run.iterations > 0)
-        single_[run.run_name.str()] = run.GetAdjustedRealTime();
+        single_[run.run_name.str()] = run.GetAdjustedCPUTime();
       else if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-        median_[run.run_name.str()] = run.GetAdjustedRealTime();
+        median_[run.run_name.str()] = run.GetAdjustedCPUTime();
     }
     ConsoleReporter::ReportRuns(runs);
   }

