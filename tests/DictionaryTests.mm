@@ -72,9 +72,11 @@ TEST(Dictionary, SetValueRemovesTheKeyForEmptyHandlesOfOtherClasses) {
   EXPECT_EQ(d.InternalValueForKey("object"), [NSNull null]);
   d.SetValueForKey(RVString(), "string");
   EXPECT_TRUE([d.InternalValueForKey("string") isEqual:@""]);
+  d.SetValueForKey(RVData::DataWithBytes("", 0), "bytes");
+  EXPECT_EQ([d.InternalValueForKey("bytes") length], 0u);
   d.SetValueForKey(RVNumber(7), "seven");
   EXPECT_TRUE(d.NumberForKey("seven") == 7);
-  EXPECT_EQ(d.Count(), 3u);
+  EXPECT_EQ(d.Count(), 4u);
 }
 
 TEST(Dictionary, TypedGettersAnswerEmptyHandlesForMissesAndOtherClasses) {

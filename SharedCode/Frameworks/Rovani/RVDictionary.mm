@@ -203,8 +203,13 @@ void RVDictionary::SetObjectForKey(const RVObject& value, const RVString& key) {
 }
 
 void RVDictionary::SetValueForKey(const RVObject& value, const RVString& key) {
+  // An empty handle that no placeholder fits passes on what it holds: zero
+  // bytes are stored as zero bytes, and only nil removes the key.
   id object = value.Ref();
-  if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, true);
+  if (value.IsEmpty()) {
+    id placeholder = PlaceholderForEmptyValue(value, true);
+    if (placeholder != nil) object = placeholder;
+  }
   RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
     [working setValue:object forKey:key.Ref()];
   });
