@@ -44,9 +44,11 @@ class RV_EXPORT RVURL : public RVObject {
   // Description()) or assign it to an RVString.
   RVURL RelativePath() const;
 
-  // Each builds the new text from AbsoluteString() and makes a fresh URL of
-  // it, so the result has no base URL. An empty component or extension
-  // gives a copy of this URL.
+  // Each builds the new text from AbsoluteString() with the string path
+  // operations and makes a fresh URL of it, so the result has no base URL.
+  // Path rules apply to the whole text: appending or deleting a component
+  // folds the "//" after the scheme into one "/" ("http:/host/a/b"). An
+  // empty component or extension gives a copy of this URL.
   RVURL URLByAppendingPathComponent(const RVString& component) const;
   RVURL URLByAppendingPathExtension(const RVString& extension) const;
   RVURL URLByDeletingLastPathComponent() const;
