@@ -14,7 +14,7 @@
 
 namespace {
 
-void WriteFile(const std::string& path) { std::ofstream(path) << "x"; }
+void WriteFile(const RVString& path) { std::ofstream(Text(path)) << "x"; }
 
 std::vector<std::string> SortedNames(const RVArray& names) {
   std::vector<std::string> sorted;
@@ -23,96 +23,76 @@ std::vector<std::string> SortedNames(const RVArray& names) {
   return sorted;
 }
 
-TEST(FileManager, QueriesOnFilesDirectoriesAndBadPaths) {
+// Paths with blanks and non-ASCII characters throughout.
+TEST(FileManager, QueriesAndBadPaths) {
   ScratchDir scratch;
-  const std::string file = scratch.File("a file ü.txt");  // blanks and non-ASCII
-  WriteFile(file);
+  const RVString dir(scratch.Path().c_str()), file(scratch.File("a file ü.txt").c_str());
   const RVString missing(scratch.File("missing").c_str());
+  WriteFile(file);
 
-  bool isDirectory = true;
-  EXPECT_TRUE(RVFileManager::ItemExistsAtPath(file.c_str(), isDirectory));
-  EXPECT_FALSE(isDirectory);
-  EXPECT_TRUE(RVFileManager::ItemExistsAtPath(scratch.Path().c_str(), isDirectory));
-  EXPECT_TRUE(isDirectory);
-  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(missing, isDirectory));
-  EXPECT_FALSE(isDirectory);
-  EXPECT_TRUE(RVFileManager::IsDirectory(scratch.Path().c_str()));
-  EXPECT_FALSE(RVFileManager::IsDirectory(file.c_str()));
-  EXPECT_FALSE(RVFileManager::IsDirectory(missing));
-  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(""));
-  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(RVString(static_cast<const char*>(nullptr))));
-
-  EXPECT_TRUE(RVFileManager::IsReadableItemAtPath(file.c_str()));
-  EXPECT_TRUE(RVFileManager::IsWritableItemAtPath(file.c_str()));
-  EXPECT_TRUE(RVFileManager::IsDeletableItemAtPath(file.c_str()));
-  EXPECT_FALSE(RVFileManager::IsExecutableItemAtPath(file.c_str()));
-  chmod(file.c_str(), 0755);
-  EXPECT_TRUE(RVFileManager::IsExecutableItemAtPath(file.c_str()));
-  EXPECT_FALSE(RVFileManager::IsReadableItemAtPath(missing));
-  EXPECT_FALSE(RVFileManager::IsWritableItemAtPath(""));
-
-  EXPECT_EQ(Text(RVFileManager::DisplayNameAtPath(file.c_str())), "a file ü.txt");
-  EXPECT_TRUE(RVFileManager::TempDirectoryPath() == NSTemporaryDirectory());
+  bool isDirectory = false;
+  EXPECT_TRUE(RVFileManager::ItemExistsAtPath(dir, isDirectory) && isDirectory);
+  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(missing, isDirectory) || isDirectory);
+  EXPECT_TRUE(RVFileManager::ItemExistsAtPath(file) && RVFileManager::IsDirectory(dir));
+  EXPECT_FALSE(RVFileManager::IsDirectory(file) || RVFileManager::IsDirectory(missing));
+  EXPECT_FALSE(RVFileManager::ItemExistsAtPath("") || RVFileManager::IsReadableItemAtPath(missing));
+  EXPECT_TRUE(RVFileManager::IsReadableItemAtPath(file) &&
+              RVFileManager::IsWritableItemAtPath(file) &&
+              RVFileManager::IsDeletableItemAtPath(file));
+  EXPECT_FALSE(RVFileManager::IsExecutableItemAtPath(file));
+  EXPECT_EQ(Text(RVFileManager::DisplayNameAtPath(file)), "a file ü.txt");
 }
 
 TEST(FileManager, CreateCopyMoveAndRemove) {
   ScratchDir scratch;
-  const RVString dir(scratch.File("new dir é").c_str());
+  const RVString dir(scratch.File("new dir é").c_str()), copy(scratch.File("copy").c_str());
   EXPECT_TRUE(RVFileManager::CreateDirectoryAtPath(dir));
-  EXPECT_TRUE(RVFileManager::IsDirectory(dir));
   EXPECT_FALSE(RVFileManager::CreateDirectoryAtPath(dir));
   EXPECT_FALSE(RVFileManager::CreateDirectoryAtPath(dir.StringByAppendingPathComponent("a/b")));
   EXPECT_FALSE(RVFileManager::CreateDirectoryAtPath(""));
-  WriteFile(Text(dir.StringByAppendingPathComponent("inside.txt")));
+  WriteFile(dir.StringByAppendingPathComponent("inside.txt"));
 
   RVDictionary attributes;
   attributes.SetObjectForKey(RVNumber(0700), RVString(NSFilePosixPermissions));
-  const RVString privateDir(scratch.File("private").c_str());
+  RVString privateDir(scratch.File("private").c_str());
   EXPECT_TRUE(RVFileManager::CreateDirectoryAtPathWithAttributes(privateDir, attributes));
   struct stat info;
-  ASSERT_EQ(stat(Text(privateDir).c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0700u);
+  EXPECT_TRUE(stat(Text(privateDir).c_str(), &info) == 0 && (info.st_mode & 0777) == 0700);
 
-  // Whole trees are copied, moved and removed; an existing destination fails.
-  const RVString copy(scratch.File("copy").c_str());
+  // Whole trees; an existing destination or a missing source fails.
   EXPECT_TRUE(RVFileManager::CopyPathToPath(dir, copy));
   EXPECT_TRUE(RVFileManager::ItemExistsAtPath(copy.StringByAppendingPathComponent("inside.txt")));
   EXPECT_FALSE(RVFileManager::CopyPathToPath(dir, copy));
-  EXPECT_FALSE(RVFileManager::CopyPathToPath(scratch.File("missing").c_str(), privateDir));
-  const RVString moved(scratch.File("moved").c_str());
-  EXPECT_TRUE(RVFileManager::MovePathToPath(copy, moved));
+  EXPECT_FALSE(RVFileManager::MovePathToPath(scratch.File("missing").c_str(), privateDir));
+  EXPECT_TRUE(RVFileManager::MovePathToPath(copy, privateDir.StringByAppendingPathComponent("in")));
   EXPECT_FALSE(RVFileManager::ItemExistsAtPath(copy));
-  EXPECT_FALSE(RVFileManager::MovePathToPath("", moved));
 
-  EXPECT_TRUE(RVFileManager::RemoveItemAtPath(moved));
-  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(moved));
+  EXPECT_TRUE(RVFileManager::RemoveItemAtPath(privateDir));
+  EXPECT_FALSE(RVFileManager::ItemExistsAtPath(privateDir));
   // Removing what is not there counts as success.
-  EXPECT_TRUE(RVFileManager::RemoveItemAtPath(moved));
-  EXPECT_TRUE(RVFileManager::RemoveItemAtPath(""));
-  EXPECT_TRUE(RVFileManager::IsDirectory(dir));
+  EXPECT_TRUE(RVFileManager::RemoveItemAtPath(privateDir) && RVFileManager::RemoveItemAtPath(""));
 }
 
 TEST(FileManager, ContentsOfOneDirectoryLevelFilteredByExtension) {
   ScratchDir scratch;
-  for (const char* name : {"a.txt", "b.txt.bak", "c", "ü d.TXT"}) WriteFile(scratch.File(name));
-  const RVString sub(scratch.File("sub").c_str());
+  const RVString dir(scratch.Path().c_str()), sub(scratch.File("sub").c_str());
+  for (const char* name : {"a.txt", "b.txt.bak", "c", "ü d.TXT"})
+    WriteFile(dir.StringByAppendingPathComponent(name));
   ASSERT_TRUE(RVFileManager::CreateDirectoryAtPath(sub));
-  WriteFile(Text(sub.StringByAppendingPathComponent("deep.txt")));
-  const RVString dir(scratch.Path().c_str());
+  WriteFile(sub.StringByAppendingPathComponent("deep.txt"));
 
   EXPECT_EQ(SortedNames(RVFileManager::DirectoryContentsAtPath(dir)),
             (std::vector<std::string>{"a.txt", "b.txt.bak", "c", "sub", "ü d.TXT"}));
-  RVArray txt;
-  txt.AddObject(RVString("txt"));
-  EXPECT_EQ(SortedNames(RVFileManager::DirectoryContentsAtPathWithMatchingExtensions(dir, txt)),
-            (std::vector<std::string>{"a.txt"}));
-  txt.AddObject(RVString("bak"));
-  EXPECT_EQ(SortedNames(RVFileManager::DirectoryContentsAtPathWithMatchingExtensions(dir, txt)),
-            (std::vector<std::string>{"a.txt", "b.txt.bak"}));
+  RVArray extensions;
+  extensions.AddObject(RVString("txt"));
+  RVArray matching = RVFileManager::DirectoryContentsAtPathWithMatchingExtensions(dir, extensions);
+  EXPECT_TRUE(matching.Count() == 1 && matching.StringAtIndex(0) == "a.txt");
 
-  EXPECT_TRUE(RVFileManager::DirectoryContentsAtPath(scratch.File("a.txt").c_str()).IsEmpty());
+  EXPECT_TRUE(
+      RVFileManager::DirectoryContentsAtPath(dir.StringByAppendingPathComponent("c")).IsEmpty());
   EXPECT_TRUE(RVFileManager::DirectoryContentsAtPath(scratch.File("missing").c_str()).IsEmpty());
-  EXPECT_TRUE(RVFileManager::DirectoryContentsAtPathWithMatchingExtensions("", txt).IsEmpty());
+  EXPECT_TRUE(
+      RVFileManager::DirectoryContentsAtPathWithMatchingExtensions("", extensions).IsEmpty());
 }
 
 }  // namespace

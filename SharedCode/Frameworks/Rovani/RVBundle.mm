@@ -62,8 +62,9 @@ RVString RVBundle::PathForResourceOfType(RVString name, RVString type) {
   return RVString(static_cast<RVId>([Ref() pathForResource:name.Ref() ofType:type.Ref()]));
 }
 
-RVString RVBundle::LocalizedStringForKeyWithDefaultValueInTableNamed(
-    const RVString& key, const RVString& defaultValue, const RVString& table) const {
+RVString RVBundle::LocalizedStringForKeyWithDefaultValueInTableNamed(const RVString& key,
+                                                                     const RVString& defaultValue,
+                                                                     const RVString& table) const {
   return RVString(static_cast<RVId>([Ref() localizedStringForKey:key.Ref()
                                                            value:defaultValue.Ref()
                                                            table:table.Ref()]));

@@ -49,9 +49,7 @@ RVString RVURL::LastPathComponent() const {
   return RVString(static_cast<RVId>([Ref() lastPathComponent]));
 }
 
-RVString RVURL::PathExtension() const {
-  return RVString(static_cast<RVId>([Ref() pathExtension]));
-}
+RVString RVURL::PathExtension() const { return RVString(static_cast<RVId>([Ref() pathExtension])); }
 
 RVURL RVURL::AbsoluteURL() const { return RVURL(static_cast<RVId>([Ref() absoluteURL])); }
 
