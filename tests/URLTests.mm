@@ -8,10 +8,10 @@
 
 namespace {
 
-const RVString kPage("http://example.com/dir/page.html");
+const char kPage[] = "http://example.com/dir/page.html";
 
 TEST(URL, MadeFromTextBaseAndFilePath) {
-  RVURL page(kPage);
+  RVURL page{RVString(kPage)};
   RVURL relative(page, "sub/file.txt");
   EXPECT_EQ(Text(relative.AbsoluteString()), "http://example.com/dir/sub/file.txt");
   EXPECT_EQ(Text(relative.RelativeString()), "sub/file.txt");
@@ -36,7 +36,7 @@ TEST(URL, MadeFromTextBaseAndFilePath) {
 }
 
 TEST(URL, DerivationsWorkOnTheAbsoluteString) {
-  RVURL relative(RVURL(kPage), "sub/file.txt");
+  RVURL relative(RVURL(RVString(kPage)), "sub/file.txt");
   EXPECT_EQ(relative.URLByAppendingPathComponent("").Ref(), relative.Ref());
   EXPECT_EQ(relative.URLByAppendingPathExtension("").Ref(), relative.Ref());
 
