@@ -39,6 +39,32 @@ int main() {
         static_cast<int>(reread.NumberForKey("retries")), reread.ArrayForKey("tags").Count(),
         reread.StringForKey("greeting").Ref());
 
+  RVURL docs(RVString("https://example.com/docs/index.html"));
+  RVURL guide(docs, "guide/start.html");
+  Show("resolved URL", guide.AbsoluteString());
+  Show("relative to", guide.BaseURL().AbsoluteString());
+  // Derivations apply path rules to the whole text, which fold the "//"
+  // after the scheme into one "/".
+  Show("one level up", guide.URLByDeletingLastPathComponent().AbsoluteString());
+  Show("home file URL", RVURL::URLFromFilePath("~/notes.txt").AbsoluteString());
+
+  RVString workDir = RVFileManager::TempDirectoryPath().StringByAppendingPathComponent(
+      "rovani-example");
+  RVFileManager::RemoveItemAtPath(workDir);  // a leftover from an earlier run, if any
+  if (RVFileManager::CreateDirectoryAtPath(workDir)) {
+    RVData(settings).WriteToFile(workDir.StringByAppendingPathComponent("settings.plist"));
+    RVData(RVString("hello")).WriteToFile(workDir.StringByAppendingPathComponent("hello.txt"));
+    RVArray plists;
+    plists.AddObject(RVString("plist"));
+    RVLog("%@ holds %u entries, property lists: %@", workDir.Ref(),
+          RVFileManager::DirectoryContentsAtPath(workDir).Count(),
+          RVFileManager::DirectoryContentsAtPathWithMatchingExtensions(workDir, plists)
+              .ComponentsJoinedByString(", ")
+              .Ref());
+    RVFileManager::RemoveItemAtPath(workDir);
+  }
+  Show("bundle path", RVBundle::MainBundle().BundlePath());
+
   try {
     sentence.SubstringWithRange(RVRange(100, 5));
   } catch (RVError* error) {

@@ -16,6 +16,9 @@
 #include <Rovani/RVArray.h>
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVError.h>
+#include <Rovani/RVURL.h>
+#include <Rovani/RVBundle.h>
+#include <Rovani/RVFileManager.h>
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
 
