@@ -4,6 +4,8 @@
 
 #include <Rovani/Rovani.h>
 
+#include "support/LogCapture.h"
+
 namespace {
 
 TEST(Bridge, ConvertChecksTheTypeAndRetains) {
@@ -61,6 +63,18 @@ TEST(Bridge, DefaultsAndOtherKinds) {
   RVRange back = RVInternalRef::Convert(range);
   EXPECT_EQ(back.Location(), 3u);
   EXPECT_EQ(back.Length(), 4u);
+
+  NSURL* url = [NSURL URLWithString:@"http://h/p"];
+  EXPECT_EQ(RVInternalRef::Convert((CFURLRef)url).Ref(), url);
+  EXPECT_EQ(RVInternalRef::Access(RVURL((RVId)url)), (CFURLRef)url);
+  EXPECT_TRUE(RVInternalRef::Convert((CFURLRef) @"not a url").IsEmpty());
+  {
+    LogCapture log;  // the bundle's own assignment from an object warns
+    EXPECT_EQ(RVInternalRef::Convert((CFBundleRef)[NSBundle mainBundle]).Ref(),
+              [NSBundle mainBundle]);
+    EXPECT_EQ(log.Lines().size(), 1u);
+    EXPECT_TRUE(RVInternalRef::Convert((CFBundleRef)url).IsEmpty());
+  }
 
   RVString slot((const char*)nullptr);
   *RVInternalRef::Assign(slot) = (CFStringRef)[[NSString alloc] initWithFormat:@"made"];

@@ -135,6 +135,8 @@ TEST(Factory, PicksTheHandleClassInItsBindingOrder) {
   EXPECT_EQ(CreatedClassType([NSValue valueWithPointer:nullptr]), "RVValue");
   EXPECT_EQ(CreatedClassType([NSError errorWithDomain:@"D" code:1 userInfo:nil]), "RVError");
   EXPECT_EQ(CreatedClassType([[NSArray array] objectEnumerator]), "2RVEnumerator");
+  EXPECT_EQ(CreatedClassType([NSURL URLWithString:@"http://h/p"]), "RVURL");
+  EXPECT_EQ(CreatedClassType([NSBundle mainBundle]), "RVBundle");
 
   std::unique_ptr<RVObject> null(RVObject::Create([NSNull null]));
   EXPECT_TRUE(null->IsEmpty());

@@ -8,12 +8,14 @@
 
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
+#include <Rovani/RVBundle.h>
 #include <Rovani/RVData.h>
 #include <Rovani/RVDefines.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVRange.h>
 #include <Rovani/RVString.h>
+#include <Rovani/RVURL.h>
 #include <Rovani/RVValue.h>
 
 #if !defined(__COREFOUNDATION_CFBASE__)
@@ -41,6 +43,8 @@ class RV_EXPORT RVInternalRef {
   static CFDictionaryRef Access(const RVDictionary* dictionary);
   static CFNumberRef Access(const RVNumber& number);
   static CFNumberRef Access(const RVNumber* number);
+  static CFURLRef Access(const RVURL& url);
+  static CFURLRef Access(const RVURL* url);
   static CFNumberRef Access(const RVValue& value);
   static CFNumberRef Access(const RVValue* value);
   static CFRange Access(const RVRange& range);
@@ -69,7 +73,11 @@ class RV_EXPORT RVInternalRef {
 
   // The class's default handle for null or for a reference of another type.
   static RVArray Convert(CFArrayRef ref);
+  static RVURL Convert(CFURLRef ref);
   static RVBool Convert(CFBooleanRef ref);
+  // Through the bundle's own assignment from an object, which logs its
+  // warning.
+  static RVBundle Convert(CFBundleRef ref);
   static RVData Convert(CFDataRef ref);
   static RVDictionary Convert(CFDictionaryRef ref);
   static RVDictionary Convert(const void* ref);
@@ -78,7 +86,9 @@ class RV_EXPORT RVInternalRef {
   static RVValue ConvertToValue(CFNumberRef ref);
 
   static RVArray ConvertAndRelease(CFArrayRef ref);
+  static RVURL ConvertAndRelease(CFURLRef ref);
   static RVBool ConvertAndRelease(CFBooleanRef ref);
+  static RVBundle ConvertAndRelease(CFBundleRef ref);
   static RVData ConvertAndRelease(CFDataRef ref);
   static RVDictionary ConvertAndRelease(CFDictionaryRef ref);
   static RVDictionary ConvertAndRelease(const void* ref);

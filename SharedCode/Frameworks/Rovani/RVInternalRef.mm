@@ -23,6 +23,8 @@ CFDictionaryRef RVInternalRef::Access(const RVDictionary* dictionary) {
 }
 CFNumberRef RVInternalRef::Access(const RVNumber& number) { return (CFNumberRef)number.Ref(); }
 CFNumberRef RVInternalRef::Access(const RVNumber* number) { return Access(*number); }
+CFURLRef RVInternalRef::Access(const RVURL& url) { return (CFURLRef)url.Ref(); }
+CFURLRef RVInternalRef::Access(const RVURL* url) { return Access(*url); }
 CFNumberRef RVInternalRef::Access(const RVValue& value) { return (CFNumberRef)value.Ref(); }
 CFNumberRef RVInternalRef::Access(const RVValue* value) { return Access(*value); }
 
@@ -88,6 +90,12 @@ Result Released(Result result, CFTypeRef ref) {
 }  // namespace
 
 RVArray RVInternalRef::Convert(CFArrayRef ref) { return Checked<RVArray>(ref, CFArrayGetTypeID()); }
+RVURL RVInternalRef::Convert(CFURLRef ref) { return Checked<RVURL>(ref, CFURLGetTypeID()); }
+RVBundle RVInternalRef::Convert(CFBundleRef ref) {
+  RVBundle result;
+  if (ref != nullptr && CFGetTypeID(ref) == CFBundleGetTypeID()) result = (RVId)ref;
+  return result;
+}
 RVBool RVInternalRef::Convert(CFBooleanRef ref) { return Checked<RVBool>(ref, CFBooleanGetTypeID()); }
 RVData RVInternalRef::Convert(CFDataRef ref) { return Checked<RVData>(ref, CFDataGetTypeID()); }
 RVDictionary RVInternalRef::Convert(CFDictionaryRef ref) {
@@ -112,6 +120,8 @@ RVValue RVInternalRef::ConvertToValue(CFNumberRef ref) {
 }
 
 RVArray RVInternalRef::ConvertAndRelease(CFArrayRef ref) { return Released(Convert(ref), ref); }
+RVURL RVInternalRef::ConvertAndRelease(CFURLRef ref) { return Released(Convert(ref), ref); }
+RVBundle RVInternalRef::ConvertAndRelease(CFBundleRef ref) { return Released(Convert(ref), ref); }
 RVBool RVInternalRef::ConvertAndRelease(CFBooleanRef ref) { return Released(Convert(ref), ref); }
 RVData RVInternalRef::ConvertAndRelease(CFDataRef ref) { return Released(Convert(ref), ref); }
 RVDictionary RVInternalRef::ConvertAndRelease(CFDictionaryRef ref) {

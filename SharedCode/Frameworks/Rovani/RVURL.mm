@@ -2,7 +2,7 @@
 
 #include <Rovani/RVURL.h>
 
-#include "Platform/RVPlatform.h"
+#include "Platform/RVClassType.h"
 
 RVURL::RVURL() : RVObject() {}
 RVURL::RVURL(const RVURL& other) : RVObject(other) {}

@@ -4,12 +4,14 @@
 
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
+#include <Rovani/RVBundle.h>
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVError.h>
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVString.h>
+#include <Rovani/RVURL.h>
 #include <Rovani/RVValue.h>
 
 #include "Platform/RVHandleTable.h"
@@ -51,10 +53,10 @@ struct HandleTable {
                                      CFBooleanGetTypeID()),
             Row<RVNumber, NSNumber*>([NSNumber class], CFNumberGetTypeID()),
             Row<RVValue, NSValue*>([NSValue class], 0),
-            Unwrapped([NSURL class], CFURLGetTypeID()),
+            Row<RVURL, RVId>([NSURL class], CFURLGetTypeID()),
             Row<RVError, NSError*>([NSError class], 0),
             Row<RVEnumerator, NSEnumerator*>([NSEnumerator class], 0),
-            Unwrapped([NSBundle class], CFBundleGetTypeID()),
+            Row<RVBundle, const NSBundle*>([NSBundle class], CFBundleGetTypeID()),
             // Not a factory row: date formatters are held as plain objects.
             Unwrapped([NSDateFormatter class], CFDateFormatterGetTypeID()),
         } {}
