@@ -18,5 +18,6 @@
 #include <Rovani/RVError.h>
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
+#include <Rovani/RVUserDefaults.h>
 
 #endif
