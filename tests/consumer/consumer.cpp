@@ -84,6 +84,14 @@ int main() {
 
   RVLog("consumer: %s", "logged from plain C++");
 
+  // Settings for the current user and for all users, written and read back.
+  RVUserDefaults defaults = RVUserDefaults::StandardUserDefaults();
+  defaults.SetIntegerForKey(42, "consumer.answer");
+  CHECK(defaults.IntegerForKey("consumer.answer") == 42 && !defaults.RemoveUserDefaults());
+  RVUserDefaults machine = RVUserDefaults::StandardAllUsersDefaults();
+  machine.SetObjectForKey(RVString("shared"), "consumer.machine");
+  CHECK(machine.Synchronize() && machine.StringForKey("consumer.machine") == "shared");
+
   if (failures == 0) std::printf("plain C++ consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;
 }
