@@ -72,6 +72,13 @@ int main() {
     delete error;
   }
 
+  // A setting for the current user, read back typed, then cleared again
+  // (an empty value removes the key).
+  RVUserDefaults defaults = RVUserDefaults::StandardUserDefaults();
+  defaults.SetIntegerForKey(3, "example.launches");
+  RVLog("launches setting: %d", defaults.IntegerForKey("example.launches"));
+  defaults.SetObjectForKey(RVObject(), "example.launches");
+
   std::printf("example finished\n");
   return 0;
 }

@@ -39,4 +39,8 @@ done
 
 g++ -std=c++17 -Wall -Wextra -Werror -I "$include_dir" "$source_dir/consumer.cpp" \
     -L "$lib_dir" -lrovani -Wl,-rpath,"$lib_dir" -o "$work/consumer"
-"$work/consumer"
+# Its settings go to stores of its own, never the real ones.
+printf 'GNUSTEP_USER_DEFAULTS_DIR=%s\n' "$work/user-defaults" > "$work/GNUstep.conf"
+GNUSTEP_CONFIG_FILE="$work/GNUstep.conf" ROVANI_ALL_USERS_DEFAULTS_DIR="$work/all-users" \
+  "$work/consumer"
+test -f "$work/all-users/consumer.plist"

@@ -1,9 +1,23 @@
 #import <Foundation/Foundation.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 // One pool for the whole run; tests that count autoreleases keep their own.
+// Run by hand as well as by ctest, the binary keeps away from the real user
+// defaults and the machine's all-users store. GNUstep has read its
+// configuration before main runs, so without one of ours the binary starts
+// itself again with it.
 int main(int argc, char** argv) {
+  if (getenv("GNUSTEP_CONFIG_FILE") == nullptr) {
+    setenv("GNUSTEP_CONFIG_FILE", ROVANI_TEST_GNUSTEP_CONFIG, 1);
+    setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", ROVANI_TEST_ALL_USERS_DIR, 0);
+    execv("/proc/self/exe", argv);
+    return 127;
+  }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   ::testing::InitGoogleTest(&argc, argv);
   int result = RUN_ALL_TESTS();

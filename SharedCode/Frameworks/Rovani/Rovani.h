@@ -21,5 +21,6 @@
 #include <Rovani/RVFileManager.h>
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
+#include <Rovani/RVUserDefaults.h>
 
 #endif

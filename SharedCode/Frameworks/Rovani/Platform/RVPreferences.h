@@ -1,0 +1,66 @@
+// Preferences in the Core Foundation manner, on top of GNUstep. Private:
+// hidden symbols, never installed.
+//
+// Two stores:
+// - the current user's, for any host: GNUstep's user defaults, in a
+//   persistent domain named by the application ID;
+// - every user's, for this host: one XML property list per application,
+//   <dir>/<application id>.plist, where <dir> is
+//   $ROVANI_ALL_USERS_DEFAULTS_DIR when set and not empty, and
+//   /var/lib/rovani/defaults otherwise. Linux has no machine-wide store of
+//   its own, so this one is ours.
+//
+// An empty (or null) application ID stands for the running process's own
+// GNUstep application domain, its process name, in both stores.
+#ifndef ROVANI_PLATFORM_RVPREFERENCES_H
+#define ROVANI_PLATFORM_RVPREFERENCES_H
+
+#include <Rovani/RVDefines.h>
+
+#include "Platform/RVCoreFoundation.h"
+
+typedef CFTypeRef CFPropertyListRef;
+typedef unsigned char Boolean;
+
+// User and host names. Only the pairs (current user, any host) and (any
+// user, current host) name a store; other pairs are ignored.
+extern const CFStringRef kCFPreferencesAnyUser;
+extern const CFStringRef kCFPreferencesCurrentUser;
+extern const CFStringRef kCFPreferencesAnyHost;
+extern const CFStringRef kCFPreferencesCurrentHost;
+
+// Sets (or with a null value removes) key for the current user, any host.
+// Written through to GNUstep's store at once. A value that is not a
+// property-list object is ignored.
+void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID);
+
+// Sets (or with a null value removes) key. For any user and the current
+// host the change stays pending in this process until
+// CFPreferencesSynchronize; reads in this process see it at once.
+void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID,
+                           CFStringRef userName, CFStringRef hostName);
+
+// For any user and the current host: takes an exclusive lock on the
+// store's directory, re-reads the application's file, merges the pending
+// changes key by key, writes the result to a temporary file in the same
+// directory, flushes it and renames it over the old file, then unlocks. A
+// crash leaves the old file or the new one, never a torn one, and processes
+// that synchronise different keys lose none. New files are 0644, new
+// directories 0755.
+// Answers false, leaving the file untouched and the changes pending, when
+// the directory cannot be made or written or a pending value is not a
+// property-list object. With nothing pending it answers true and writes
+// nothing.
+// For the current user and any host it asks GNUstep to synchronise.
+Boolean CFPreferencesSynchronize(CFStringRef applicationID, CFStringRef userName,
+                                 CFStringRef hostName);
+
+// The value for key as the application sees it (+1, or null): the
+// standard user defaults first (the process's arguments, then the current
+// user's value for the application, then the rest of GNUstep's search
+// list), then every user's value for this host, pending changes included.
+// A file that is missing, empty or not a property-list dictionary holds no
+// values.
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applicationID);
+
+#endif

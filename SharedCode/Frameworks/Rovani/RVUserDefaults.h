@@ -1,0 +1,76 @@
+// RVUserDefaults: an application's persistent settings, for the current
+// user (the standard store) or for every user of this machine (the
+// all-users store). The settings live in the application's preferences
+// domain, named by its main bundle's identifier (the process name when the
+// bundle has none). The handle itself holds no object.
+//
+// Reading goes through the same path in both modes: the current user's
+// value for the application first, then every user's value.
+#ifndef ROVANI_RVUSERDEFAULTS_H
+#define ROVANI_RVUSERDEFAULTS_H
+
+#include <Rovani/RVArray.h>
+#include <Rovani/RVData.h>
+#include <Rovani/RVDefines.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVNumber.h>
+#include <Rovani/RVObject.h>
+#include <Rovani/RVString.h>
+
+class RV_EXPORT RVUserDefaults : public RVObject {
+ public:
+  // The standard store.
+  RVUserDefaults();
+  RVUserDefaults(bool allUsers);
+  ~RVUserDefaults() override;
+
+  static RVUserDefaults StandardUserDefaults();
+  static RVUserDefaults StandardAllUsersDefaults();
+  static RVString ClassType();
+  bool AccessingAllUsersDefaults() const;
+
+  // A new heap handle of the class that fits the stored value (the caller
+  // deletes it), or null when the key has no value.
+  RVObject* ObjectForKey(RVString key) const;
+  // The typed getters answer the empty or zero result when the key is
+  // missing or holds another type. In the second case the handle made for
+  // the value is not deleted: it leaks, as callers of this class have
+  // always seen. BoolForKey is the exception and never leaks.
+  RVArray ArrayForKey(RVString key) const;
+  // The elements' types are not examined.
+  RVArray StringArrayForKey(RVString key) const;
+  RVDictionary DictionaryForKey(RVString key) const;
+  RVData DataForKey(RVString key) const;
+  RVString StringForKey(RVString key) const;
+  RVNumber NumberForKey(RVString key) const;
+  int IntegerForKey(RVString key) const;
+  float FloatForKey(RVString key) const;
+  double DoubleForKey(RVString key) const;
+  // A boolean, or else a number, read as bool.
+  bool BoolForKey(RVString key) const;
+
+  // Stores the value's object; an empty value removes the key. The
+  // standard store keeps the change at once; the all-users store keeps it
+  // pending in this process until Synchronize.
+  void SetObjectForKey(const RVObject& value, RVString key);
+  void SetIntegerForKey(int value, RVString key);
+  void SetFloatForKey(float value, RVString key);
+  void SetDoubleForKey(double value, RVString key);
+  void SetBoolForKey(bool value, RVString key);
+
+  // Removes the key from the all-users store, whichever store this object
+  // is for: a standard-store value stays in place. Always true.
+  bool RemoveObjectForKey(RVString key) const;
+  // Does nothing; always false.
+  bool RemoveUserDefaults() const;
+  // Writes the all-users store's pending changes, whichever store this
+  // object is for. False when they could not be written (they stay
+  // pending).
+  bool Synchronize() const;
+
+ private:
+  RVString applicationID_;
+  bool allUsers_;
+};
+
+#endif

@@ -1,0 +1,319 @@
+#import <Foundation/Foundation.h>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Rovani/RVBool.h>
+#include <Rovani/RVUserDefaults.h>
+
+#include "support/TestSupport.h"
+
+extern char** environ;
+
+// Foundation equality, with both sides described when it fails.
+#define EXPECT_NSEQ(actual, expected)                                              \
+  EXPECT_TRUE([(id)(actual) isEqual:(id)(expected)])                              \
+      << [[(id)(actual) description] UTF8String] << " is not "                  \
+      << [[(id)(expected) description] UTF8String]
+
+namespace {
+
+// The binary's application ID, as the library works it out.
+std::string ApplicationID() {
+  NSString* identifier = [[NSBundle mainBundle] bundleIdentifier];
+  if ([identifier length] == 0) identifier = [[NSProcessInfo processInfo] processName];
+  return [identifier UTF8String];
+}
+
+NSDictionary* PlistAt(const std::string& path) {
+  return [NSDictionary dictionaryWithContentsOfFile:[NSString stringWithUTF8String:path.c_str()]];
+}
+
+void WriteFile(const std::string& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+}
+
+unsigned Mode(const std::string& path) {
+  struct stat info;
+  return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
+}
+
+// Points this process's all-users store at dir.
+void UseAllUsersDirectory(const std::string& dir) {
+  setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.c_str(), 1);
+}
+
+// Worker processes with stores of their own under one scratch directory:
+// user defaults in <scratch>/user, all users' in <scratch>/all.
+class Workers {
+ public:
+  Workers() {
+    WriteFile(scratch_.File("GNUstep.conf"), "GNUSTEP_USER_DEFAULTS_DIR=" + UserDir() + "\n");
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+      if (std::strncmp(*entry, "GNUSTEP_CONFIG_FILE=", 20) != 0 &&
+          std::strncmp(*entry, "ROVANI_ALL_USERS_DEFAULTS_DIR=", 30) != 0) {
+        env_.push_back(*entry);
+      }
+    }
+    env_.push_back("GNUSTEP_CONFIG_FILE=" + scratch_.File("GNUstep.conf"));
+    env_.push_back("ROVANI_ALL_USERS_DEFAULTS_DIR=" + AllDir());
+  }
+
+  std::string UserDir() const { return scratch_.File("user"); }
+  std::string AllDir() const { return scratch_.File("all"); }
+  std::string AllUsersFile() const { return AllDir() + "/rovani_defaults_worker.plist"; }
+
+  // Starts the worker, its output going to <scratch>/output.
+  pid_t Start(std::vector<std::string> args) {
+    args.insert(args.begin(), ROVANI_DEFAULTS_WORKER);
+    std::vector<char*> argv, envp;
+    for (std::string& a : args) argv.push_back(&a[0]);
+    for (std::string& e : env_) envp.push_back(&e[0]);
+    argv.push_back(nullptr);
+    envp.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, scratch_.File("output").c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    pid_t pid = -1;
+    posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), envp.data());
+    posix_spawn_file_actions_destroy(&actions);
+    return pid;
+  }
+
+  static int Wait(pid_t pid) {
+    int status = 0;
+    if (waitpid(pid, &status, 0) != pid) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
+  // Runs the worker to the end: its exit status, and its output in *text.
+  int Run(const std::vector<std::string>& args, std::string* text = nullptr) {
+    int status = Wait(Start(args));
+    std::ifstream output(scratch_.File("output"));
+    if (text != nullptr) std::getline(output, *text);
+    return status;
+  }
+
+ private:
+  ScratchDir scratch_;
+  std::vector<std::string> env_;
+};
+
+// Whether dir holds a worker's temporary file.
+bool HoldsTemporaryFile(const std::string& dir) {
+  bool found = false;
+  if (DIR* listing = opendir(dir.c_str())) {
+    while (struct dirent* entry = readdir(listing)) {
+      if (std::strncmp(entry->d_name, ".rovani_defaults_worker.plist.", 30) == 0) found = true;
+    }
+    closedir(listing);
+  }
+  return found;
+}
+
+}  // namespace
+
+TEST(UserDefaults, TypedGettersAndTheirKeptQuirks) {
+  RVUserDefaults defaults = RVUserDefaults::StandardUserDefaults();
+  EXPECT_FALSE(defaults.AccessingAllUsersDefaults());
+  EXPECT_TRUE(RVUserDefaults::StandardAllUsersDefaults().AccessingAllUsersDefaults());
+  EXPECT_EQ(Text(defaults.ObjectsClassType()), "4RVUserDefaults");
+  EXPECT_TRUE(defaults.IsEmpty());
+
+  defaults.SetObjectForKey(RVString("text"), "typed.string");
+  defaults.SetIntegerForKey(2, "typed.two");
+  defaults.SetDoubleForKey(2.5, "typed.double");
+  defaults.SetBoolForKey(true, "typed.bool");
+  defaults.SetObjectForKey(RVString("1,2,3").ComponentsSeparatedByString(","), "typed.array");
+  NSArray* numbers = @[ @1, @2, @3 ];
+  defaults.SetObjectForKey(RVArray(numbers), "typed.numbers");
+  defaults.SetObjectForKey(DataFromText("bytes"), "typed.data");
+
+  EXPECT_EQ(Text(defaults.StringForKey("typed.string")), "text");
+  EXPECT_EQ(defaults.IntegerForKey("typed.two"), 2);
+  EXPECT_EQ(defaults.DoubleForKey("typed.double"), 2.5);
+  EXPECT_EQ(defaults.FloatForKey("typed.double"), 2.5f);
+  EXPECT_TRUE(defaults.BoolForKey("typed.bool"));
+  EXPECT_TRUE(defaults.BoolForKey("typed.two"));
+  EXPECT_FALSE(defaults.BoolForKey("typed.string"));
+  EXPECT_EQ(defaults.IntegerForKey("typed.string"), 0);
+  EXPECT_EQ(defaults.ArrayForKey("typed.array").Count(), 3u);
+  EXPECT_EQ(defaults.StringArrayForKey("typed.numbers").Count(), 3u);
+  EXPECT_EQ(defaults.DataForKey("typed.data").Length(), 5u);
+  EXPECT_TRUE(defaults.ArrayForKey("typed.string").IsEmpty());
+  EXPECT_EQ(defaults.FloatForKey("typed.missing"), 0.0f);
+  EXPECT_EQ(defaults.DoubleForKey("typed.missing"), 0.0);
+  EXPECT_EQ(defaults.ObjectForKey("typed.missing"), nullptr);
+
+  RVObject* found = defaults.ObjectForKey("typed.string");
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(Text(found->ObjectsClassType()), "RVString");
+  delete found;
+
+  // A value of another type leaks the handle made for it (one more
+  // reference on the stored object); BoolForKey never does.
+  RVNumber two = defaults.NumberForKey("typed.two");
+  unsigned int before = two.RetainCount();
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  EXPECT_TRUE(defaults.StringForKey("typed.two").IsEmpty());
+  [pool drain];
+  EXPECT_EQ(two.RetainCount(), before + 1);
+  pool = [[NSAutoreleasePool alloc] init];
+  defaults.BoolForKey("typed.two");
+  [pool drain];
+  EXPECT_EQ(two.RetainCount(), before + 1);
+
+  // Removal acts on the all-users store only; an empty value removes.
+  EXPECT_TRUE(defaults.RemoveObjectForKey("typed.string"));
+  EXPECT_EQ(Text(defaults.StringForKey("typed.string")), "text");
+  EXPECT_FALSE(defaults.RemoveUserDefaults());
+  defaults.SetObjectForKey(RVObject(), "typed.string");
+  EXPECT_EQ(defaults.ObjectForKey("typed.string"), nullptr);
+  // The library's own booleans are no property-list objects: not stored.
+  defaults.SetObjectForKey(RVBool(true), "typed.boolnumber");
+  EXPECT_EQ(defaults.ObjectForKey("typed.boolnumber"), nullptr);
+}
+
+TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
+  ScratchDir scratch;
+  std::string dir = scratch.File("made/defaults");
+  std::string file = dir + "/" + ApplicationID() + ".plist";
+  UseAllUsersDirectory(dir);
+  RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
+  RVUserDefaults standard = RVUserDefaults::StandardUserDefaults();
+  standard.SetObjectForKey(RVObject(), "pend.key");  // left by an earlier run
+
+  allUsers.SetObjectForKey(RVString("machine"), "pend.key");
+  EXPECT_EQ(Text(allUsers.StringForKey("pend.key")), "machine");
+  EXPECT_NE(access(file.c_str(), F_OK), 0);
+
+  // A standard-store object flushes the all-users store; modes do not
+  // depend on the umask.
+  mode_t oldMask = umask(077);
+  EXPECT_TRUE(standard.Synchronize());
+  umask(oldMask);
+  EXPECT_EQ(Mode(scratch.File("made")), 0755u);
+  EXPECT_EQ(Mode(dir), 0755u);
+  EXPECT_EQ(Mode(file), 0644u);
+  EXPECT_EQ(Text(RVString(RVData::DataWithContentsOfFile(file.c_str())).SubstringToIndex(5)),
+            "<?xml");
+  EXPECT_NSEQ([PlistAt(file) objectForKey:@"pend.key"], @"machine");
+
+  // The current user's value comes first; removal leaves it alone.
+  standard.SetObjectForKey(RVString("mine"), "pend.key");
+  EXPECT_EQ(Text(allUsers.StringForKey("pend.key")), "mine");
+  EXPECT_TRUE(standard.RemoveObjectForKey("pend.key"));
+  EXPECT_TRUE(allUsers.Synchronize());
+  EXPECT_EQ([PlistAt(file) objectForKey:@"pend.key"], nil);
+  EXPECT_EQ(Text(allUsers.StringForKey("pend.key")), "mine");
+  standard.SetObjectForKey(RVObject(), "pend.key");
+  EXPECT_EQ(allUsers.ObjectForKey("pend.key"), nullptr);
+
+  // A value that is no property-list object holds everything back.
+  allUsers.SetObjectForKey(RVString("later"), "pend.kept");
+  allUsers.SetObjectForKey(RVBool(true), "pend.bad");
+  EXPECT_FALSE(allUsers.Synchronize());
+  EXPECT_EQ([PlistAt(file) objectForKey:@"pend.kept"], nil);
+  allUsers.SetObjectForKey(RVObject(), "pend.bad");
+
+  // So does a directory that cannot be made.
+  WriteFile(scratch.File("plain"), "a file");
+  UseAllUsersDirectory(scratch.File("plain/defaults"));
+  EXPECT_FALSE(allUsers.Synchronize());
+  UseAllUsersDirectory(dir);
+  EXPECT_TRUE(allUsers.Synchronize());
+  EXPECT_NSEQ([PlistAt(file) objectForKey:@"pend.kept"], @"later");
+  EXPECT_EQ(Text(allUsers.StringForKey("pend.kept")), "later");
+}
+
+TEST(UserDefaults, DamagedAllUsersFileReadsAsNoValuesAndIsReplaced) {
+  const std::string xml =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+      "<key>damaged.key</key><string>lost</string></dict></plist>";
+  const std::string damaged[] = {"", xml.substr(0, xml.size() / 2 + 20), "\x01\x02\xff garbage",
+                                 "\"just a string\""};
+  RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
+  for (const std::string& contents : damaged) {
+    ScratchDir scratch;
+    UseAllUsersDirectory(scratch.Path());
+    std::string file = scratch.File(ApplicationID() + ".plist");
+    WriteFile(file, contents);
+    EXPECT_EQ(allUsers.ObjectForKey("damaged.key"), nullptr);
+    allUsers.SetObjectForKey(RVString("fresh"), "damaged.after");
+    EXPECT_TRUE(allUsers.Synchronize());
+    EXPECT_NSEQ(PlistAt(file), @{@"damaged.after" : @"fresh"});
+  }
+}
+
+TEST(UserDefaultsProcesses, ConcurrentWritersLoseNoKey) {
+  Workers workers;
+  std::vector<pid_t> running;
+  for (int i = 0; i < 4; ++i) {
+    running.push_back(workers.Start({"keys", std::to_string(i * 100), "100"}));
+  }
+  for (pid_t pid : running) EXPECT_EQ(Workers::Wait(pid), 0);
+  NSDictionary* values = PlistAt(workers.AllUsersFile());
+  ASSERT_EQ([values count], 400u);
+  for (int i = 0; i < 400; ++i) {
+    NSString* key = [NSString stringWithFormat:@"key%d", i];
+    EXPECT_NSEQ([values objectForKey:key], ([NSString stringWithFormat:@"value%d", i])) << i;
+  }
+  EXPECT_EQ(Mode(workers.AllUsersFile()), 0644u);
+}
+
+TEST(UserDefaultsProcesses, NextProcessReadsWhatOneWrote) {
+  Workers workers;
+  std::string output;
+  EXPECT_EQ(workers.Run({"read", "handed.on"}, &output), 0);
+  EXPECT_EQ(output, "<none>");
+  EXPECT_EQ(workers.Run({"write", "handed.on", "from the first"}), 0);
+  EXPECT_EQ(workers.Run({"read", "handed.on"}, &output), 0);
+  EXPECT_EQ(output, "from the first");
+  // The current user's store keeps a value without being synchronised.
+  EXPECT_EQ(workers.Run({"read", "handed.on.standard"}, &output), 0);
+  EXPECT_EQ(output, "from the first");
+  EXPECT_EQ(access((workers.UserDir() + "/rovani_defaults_worker.plist").c_str(), F_OK), 0);
+}
+
+TEST(UserDefaultsProcesses, KilledWriterLeavesOldOrNewFileNeverATornOne) {
+  Workers workers;
+  const unsigned long blobSize = 1 << 20;
+  int killedMidWrite = 0;
+  for (int round = 0; round < 10; ++round) {
+    // Once there is a file to tear, kill the writer as soon as its next
+    // temporary file appears, while it is being written.
+    pid_t pid = workers.Start({"churn", std::to_string(blobSize)});
+    for (int wait = 0; wait < 500000 && (access(workers.AllUsersFile().c_str(), F_OK) != 0 ||
+                                         !HoldsTemporaryFile(workers.AllDir()));
+         ++wait) {
+      usleep(10);
+    }
+    kill(pid, SIGKILL);
+    EXPECT_EQ(Workers::Wait(pid), 128 + SIGKILL);
+    if (HoldsTemporaryFile(workers.AllDir())) ++killedMidWrite;
+
+    NSDictionary* values = PlistAt(workers.AllUsersFile());
+    ASSERT_NE(values, nil) << "round " << round;
+    char digit = '0' + [[values objectForKey:@"generation"] unsignedLongValue] % 10;
+    EXPECT_EQ([[values objectForKey:@"blob"] UTF8String], std::string(blobSize, digit));
+  }
+  EXPECT_GT(killedMidWrite, 0);
+  // The next writer clears away what killed ones left behind.
+  EXPECT_EQ(workers.Run({"write", "after", "kills"}), 0);
+  EXPECT_FALSE(HoldsTemporaryFile(workers.AllDir()));
+  EXPECT_NSEQ([PlistAt(workers.AllUsersFile()) objectForKey:@"after"], @"kills");
+}
