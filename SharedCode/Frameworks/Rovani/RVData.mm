@@ -34,18 +34,17 @@ RVData& RVData::operator=(NSData* data) {
 
 RVData& RVData::operator=(RVString string) {
   Empty();
-  if (string.Length() < 1) return *this;
-  // The UTF-8 bytes up to the first NUL, without one of their own.
-  NSData* utf8 = [string.Ref() dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
-  const void* zero = memchr([utf8 bytes], 0, [utf8 length]);
-  if (zero == nullptr) {
-    NSData* held = [utf8 copy];
-    RVObject::operator=(held);
-    [held release];
-  } else {
-    InitWithBytes([utf8 bytes], static_cast<unsigned int>(static_cast<const char*>(zero) -
-                                                          static_cast<const char*>([utf8 bytes])));
-  }
+  // The UTF-8 bytes up to the first NUL, without one of their own; empty
+  // text leaves the handle empty. The platform's encoded bytes are
+  // immutable, so they are held as they are when there is no NUL.
+  NSData* utf8 = RVEncodedBytes(string.Ref(), kRVStringEncodingUTF8);
+  const char* bytes = static_cast<const char*>([utf8 bytes]);
+  const NSUInteger length = [utf8 length];
+  const void* zero = memchr(bytes, 0, length);
+  if (zero == nullptr)
+    RVObject::operator=(utf8);
+  else
+    InitWithBytes(bytes, static_cast<unsigned int>(static_cast<const char*>(zero) - bytes));
   return *this;
 }
 
@@ -84,9 +83,7 @@ void RVData::InitWithBytes(const void* bytes, unsigned int length) {
 
 void RVData::InitWithStringUsingEncoding(RVString string, unsigned int code) {
   Empty();
-  if (string.IsEmpty()) return;
-  NSStringEncoding encoding = RVPlatformEncodingForCode(code);
-  RVObject::operator=([string.Ref() dataUsingEncoding:encoding allowLossyConversion:YES]);
+  RVObject::operator=(RVEncodedBytes(string.Ref(), code));
 }
 
 void RVData::InitWithContentsOfFile(RVString path) {

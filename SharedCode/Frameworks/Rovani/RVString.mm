@@ -382,11 +382,11 @@ RVData RVString::DataContainingStringUsingEncoding(unsigned int code) const {
 }
 
 RVData RVString::DataContainingCStringUsingEncoding(unsigned int code) const {
-  RVData encoded = DataContainingStringUsingEncoding(code);
-  const unsigned int zeros = code == kRVStringEncodingUnicode ? 2 : 1;
-  const unsigned int length = encoded.Length();
+  NSData* encoded = RVEncodedBytes(Ref(), code);
+  const NSUInteger zeros = code == kRVStringEncodingUnicode ? 2 : 1;
+  const NSUInteger length = [encoded length];
   char* bytes = static_cast<char*>(malloc(length + zeros));
-  if (length > 0) memcpy(bytes, encoded.Bytes(), length);
+  if (length > 0) memcpy(bytes, [encoded bytes], length);
   memset(bytes + length, 0, zeros);
   NSData* made = [[NSData alloc] initWithBytesNoCopy:bytes length:length + zeros freeWhenDone:YES];
   RVData result(made);

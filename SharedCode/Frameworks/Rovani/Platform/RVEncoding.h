@@ -8,4 +8,9 @@
 // code logs "Unhandled string encoding" and gives UTF-8.
 NSStringEncoding RVPlatformEncodingForCode(unsigned int code);
 
+// The text's bytes in the encoding of code, lossy where the encoding cannot
+// hold a character; nil for nil or empty text, whose code is not looked at
+// (so an unknown code logs nothing for it). Autoreleased.
+NSData* RVEncodedBytes(NSString* text, unsigned int code);
+
 #endif

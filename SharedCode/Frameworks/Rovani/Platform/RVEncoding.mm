@@ -22,3 +22,8 @@ NSStringEncoding RVPlatformEncodingForCode(unsigned int code) {
       return NSUTF8StringEncoding;
   }
 }
+
+NSData* RVEncodedBytes(NSString* text, unsigned int code) {
+  if ([text length] == 0) return nil;
+  return [text dataUsingEncoding:RVPlatformEncodingForCode(code) allowLossyConversion:YES];
+}
