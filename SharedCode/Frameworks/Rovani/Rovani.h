@@ -18,5 +18,7 @@
 #include <Rovani/RVError.h>
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
+#include <Rovani/RVJsonTranslator.h>
+#include <Rovani/Base64Encoding.h>
 
 #endif
