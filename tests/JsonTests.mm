@@ -14,6 +14,10 @@
 #include "support/LogCapture.h"
 #include "support/TestSupport.h"
 
+// GNUstep's allocation counters; NSDebug.h declares them only without NDEBUG.
+extern "C" BOOL GSDebugAllocationActive(BOOL active);
+extern "C" int GSDebugAllocationCount(Class aClass);
+
 namespace {
 
 const char kParseFailed[] = "RVJsonTranslator::Parse: Failed to parse";
@@ -308,19 +312,36 @@ TEST(JsonTranslator, FilesRoundTripAndReportFailures) {
   EXPECT_EQ(log.Count(kParseFailed), 3);
 }
 
-TEST(JsonTranslator, ParsedTreesAreReleasedWithTheirHandles) {
-  NSString* inner = nil;
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  RVObject* parsed = ParseText("{\"list\":[\"kept\", {\"k\":\"v\"}], \"n\":null}");
-  NSArray* list = [parsed->Ref() objectForKey:@"list"];
-  inner = [[list objectAtIndex:0] retain];
-  id held = [parsed->Ref() retain];
-  delete parsed;
-  [pool drain];
-  EXPECT_EQ([held retainCount], 1u);
-  [held release];
-  EXPECT_EQ([inner retainCount], 1u);
-  [inner release];
+// Nothing is left behind: not by trees deleted with their handles, not by a
+// parse the platform's array cut short by raising, not by refused text.
+TEST(JsonTranslator, LeavesNoObjectsBehind) {
+  NSAutoreleasePool* setup = [[NSAutoreleasePool alloc] init];
+  Class classes[] = {
+      [[[NSMutableArray alloc] init] class], [[[NSMutableDictionary alloc] init] class],
+      [[@[ @"x" ] mutableCopy] class],         [[@{@"k" : @"x"} mutableCopy] class],
+      [[[@[ @"x" ] mutableCopy] copy] class],  [[[@{@"k" : @"x"} mutableCopy] copy] class],
+      [[[NSString alloc] initWithCString:"text" encoding:NSUTF8StringEncoding] class],
+      [[[NSNumber alloc] initWithDouble:0.5] class]};
+  [setup drain];
+  BOOL wasActive = GSDebugAllocationActive(YES);
+  int before[8];
+  for (int i = 0; i < 8; ++i) before[i] = GSDebugAllocationCount(classes[i]);
+
+  const char* documents[] = {"{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, \"s\"]], \"c\":{}}",
+                             "{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, null]]}",
+                             "{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, \"s\"], ",
+                             "[\"text\", {\"\\udc00\":1}]"};
+  for (int round = 0; round < 20; ++round) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    for (const char* document : documents) {
+      Outcome outcome = Attempt([&] { return ParseText(document); });
+      if (outcome.handle) RVJsonTranslator().Encode(*outcome.handle);
+    }
+    [pool drain];
+  }
+  for (int i = 0; i < 8; ++i)
+    EXPECT_EQ(GSDebugAllocationCount(classes[i]), before[i]) << class_getName(classes[i]);
+  GSDebugAllocationActive(wasActive);
 }
 
 }  // namespace
