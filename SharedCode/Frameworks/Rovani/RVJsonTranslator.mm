@@ -117,10 +117,10 @@ void EncodeInto(void* slot, const RVObject& node) {
 // The collections' own change members copy the whole collection on every
 // change, which makes building an n-member collection cost n squared. The
 // collections built here are seen by nobody until they are finished, so each
-// is filled in one private mutable collection and an immutable copy of it is
-// kept: the result is what adding the members one by one through
-// RVArray::AddObject and RVDictionary::SetObjectForKey gives (the same
-// classes, placeholders and raises), at linear cost.
+// is filled privately and made immutable once: the result is what adding the
+// members one by one through RVArray::AddObject and
+// RVDictionary::SetObjectForKey gives (the same classes, placeholders and
+// raises), at linear cost.
 
 class TreeBuilder {
  public:
@@ -189,37 +189,51 @@ class TreeBuilder {
     return result;
   }
 
+  // Members are gathered in private buffers and the immutable dictionary is
+  // made from them once. Equal keys (names equal up to a NUL) keep the later
+  // member, as setting them one by one does; copying a filled mutable
+  // dictionary would hash every key a second time, which costs as much as
+  // the rest of the parse.
   id BuildDictionary(const void* value, size_t depth) {
     std::vector<RVJsonChild>& children = ChildrenAt(depth);
     RVJsonChildren(value, &children);
     if (children.empty()) return nil;
-    NSMutableDictionary* working = [[NSMutableDictionary alloc] initWithCapacity:children.size()];
+    std::vector<id>& keys = KeysAt(depth);
+    std::vector<id>& members = MembersAt(depth);
+    keys.clear();
+    members.clear();
     @try {
       for (const RVJsonChild& child : children) {
-        // Names are cut at their first NUL; a later member whose name has
-        // the same text replaces the earlier one. A name that is not UTF-8
-        // makes no key, which the platform refuses by raising.
         NSString* key = [[NSString alloc] initWithCString:child.name
                                                  encoding:NSUTF8StringEncoding];
+        if (key != nil) keys.push_back(key);
         RVJsonKind kind;
-        id member = nil;
-        @try {
-          member = Build(child.value, kind, depth + 1);
-          [working setObject:StoredMember(member, kind) forKey:key];
-        } @catch (NSException* exception) {
-          [member release];
-          [key release];
-          @throw;
-        }
+        id member = Build(child.value, kind, depth + 1);
+        id stored = [StoredMember(member, kind) retain];
         [member release];
-        [key release];
+        members.push_back(stored);
+        if (key == nil) {
+          // A name that is not UTF-8 makes no key, which the platform's
+          // mutable dictionary refuses by raising, as it would for the
+          // member-by-member route.
+          NSMutableDictionary* refusing = [[[NSMutableDictionary alloc] init] autorelease];
+          [refusing setObject:stored forKey:key];
+        }
       }
     } @catch (NSException* exception) {
-      [working release];
+      for (id key : keys) [key release];
+      for (id member : members) [member release];
+      keys.clear();
+      members.clear();
       @throw;
     }
-    id result = [working copy];
-    [working release];
+    id result = [[NSDictionary alloc] initWithObjects:members.data()
+                                              forKeys:keys.data()
+                                                count:keys.size()];
+    for (id key : keys) [key release];
+    for (id member : members) [member release];
+    keys.clear();
+    members.clear();
     return result;
   }
 
@@ -238,7 +252,18 @@ class TreeBuilder {
     }
   }
 
+  std::vector<id>& KeysAt(size_t depth) {
+    while (keys_.size() <= depth) keys_.emplace_back();
+    return keys_[depth];
+  }
+  std::vector<id>& MembersAt(size_t depth) {
+    while (members_.size() <= depth) members_.emplace_back();
+    return members_[depth];
+  }
+
   std::deque<std::vector<RVJsonChild>> children_;
+  std::deque<std::vector<id>> keys_;
+  std::deque<std::vector<id>> members_;
 };
 
 // The handle ParseNext makes for each kind of value.
