@@ -176,7 +176,8 @@ class TreeBuilder {
       for (const RVJsonChild& child : children) {
         RVJsonKind kind;
         id element = Build(child.value, kind, depth + 1);
-        // Nothing is refused by the platform's array, by raising.
+        // An element that makes nothing (nil) is refused by the platform's
+        // array, which raises, as it does for AddObject of an empty handle.
         [working addObject:element];
         [element release];
       }
