@@ -316,12 +316,16 @@ TEST(JsonTranslator, FilesRoundTripAndReportFailures) {
 // parse the platform's array cut short by raising, not by refused text.
 TEST(JsonTranslator, LeavesNoObjectsBehind) {
   NSAutoreleasePool* setup = [[NSAutoreleasePool alloc] init];
-  Class classes[] = {
-      [[[NSMutableArray alloc] init] class], [[[NSMutableDictionary alloc] init] class],
-      [[@[ @"x" ] mutableCopy] class],         [[@{@"k" : @"x"} mutableCopy] class],
-      [[[@[ @"x" ] mutableCopy] copy] class],  [[[@{@"k" : @"x"} mutableCopy] copy] class],
-      [[[NSString alloc] initWithCString:"text" encoding:NSUTF8StringEncoding] class],
-      [[[NSNumber alloc] initWithDouble:0.5] class]};
+  NSArray* samples = @[
+    [NSMutableArray array], [NSMutableDictionary dictionary], [NSMutableArray arrayWithObject:@"x"],
+    [NSMutableDictionary dictionaryWithObject:@"x" forKey:@"k"],
+    [[[NSMutableArray arrayWithObject:@"x"] copy] autorelease],
+    [[[NSMutableDictionary dictionaryWithObject:@"x" forKey:@"k"] copy] autorelease],
+    [[[NSString alloc] initWithCString:"text" encoding:NSUTF8StringEncoding] autorelease],
+    [NSNumber numberWithDouble:0.5]
+  ];
+  Class classes[8];
+  for (int i = 0; i < 8; ++i) classes[i] = [[samples objectAtIndex:i] class];
   [setup drain];
 
   const char* documents[] = {"{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, \"s\"]], \"c\":{}}",
