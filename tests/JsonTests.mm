@@ -305,6 +305,7 @@ TEST(JsonTranslator, FilesRoundTripAndReportFailures) {
   EXPECT_EQ(Text(error.Domain()), "RVJsonTranslatorDomain");
   EXPECT_EQ(Text(error.UserInfo().StringForKey(RVError::LocalizedDescriptionKey())),
             "Failed to create file");
+  EXPECT_EQ(Text(error.UserInfo().StringForKey(RVError::LocalizedRecoverySuggestionErrorKey())), "");
 
   EXPECT_EQ(translator.ParseFromFilePath(""), nullptr);
   EXPECT_EQ(translator.ParseFromFilePath(dir.Path().c_str()), nullptr);
