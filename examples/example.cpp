@@ -78,6 +78,22 @@ int main() {
   defaults.SetIntegerForKey(3, "example.launches");
   RVLog("launches setting: %d", defaults.IntegerForKey("example.launches"));
   defaults.SetObjectForKey(RVObject(), "example.launches");
+  // Settings written as JSON and read back.
+  RVJsonTranslator translator;
+  RVString json = translator.Encode(settings);
+  RVLog("settings as JSON:\n%@", json.Ref());
+  RVObject* parsed = translator.Parse(json);
+  if (parsed != nullptr && parsed->IsTypeOfClass(RVDictionary::ClassType())) {
+    RVDictionary& fromJson = *static_cast<RVDictionary*>(parsed);
+    RVLog("from JSON: retries=%d, first tag %@", static_cast<int>(fromJson.NumberForKey("retries")),
+          fromJson.ArrayForKey("tags").StringAtIndex(0).Ref());
+  }
+  delete parsed;
+
+  RVData encoded = Base64Encoding::EncodeData(RVData(RVString("Rovani!")));
+  RVLog("Base64 of \"Rovani!\": %@", RVString(encoded).Ref());
+  Show("hash of \"abc\"", RVUtilities::HashAsString("abc"));
+  Show("a new UUID", RVUtilities::CreateUUID());
 
   std::printf("example finished\n");
   return 0;

@@ -101,6 +101,37 @@ int main() {
   RVUserDefaults machine = RVUserDefaults::StandardAllUsersDefaults();
   machine.SetObjectForKey(RVString("shared"), "consumer.machine");
   CHECK(machine.Synchronize() && machine.StringForKey("consumer.machine") == "shared");
+  // JSON: parse, read typed values, encode back.
+  RVJsonTranslator translator;
+  RVObject* root = translator.Parse(
+      "{\"name\": \"Rovani\", \"count\": 3, \"ratio\": 2.5, \"on\": true, "
+      "\"tags\": [\"a\", \"b\"], \"owner\": null}");
+  CHECK(root != nullptr && root->IsTypeOfClass(RVDictionary::ClassType()));
+  if (root != nullptr) {
+    RVDictionary& json = *static_cast<RVDictionary*>(root);
+    CHECK(json.StringForKey("name") == "Rovani");
+    CHECK(static_cast<int>(json.NumberForKey("count")) == 3);
+    CHECK(static_cast<double>(json.NumberForKey("ratio")) == 2.5);
+    CHECK(json.BooleanForKey("on") == true);
+    CHECK(json.ArrayForKey("tags").StringAtIndex(1) == "b");
+    CHECK(json.ObjectsClassTypeForKey("owner") == "RVObject");
+    RVString encoded = translator.Encode(json);
+    RVObject* again = translator.Parse(encoded);
+    CHECK(again != nullptr && static_cast<RVDictionary*>(again)->Count() == 6);
+    delete again;
+    delete root;
+  }
+  CHECK(translator.Parse("{") == nullptr);
+  CHECK(translator.Encode(RVArray()) == "[]\n");
+
+  // Base64 and the short hash.
+  RVData man = RVData::DataWithBytes("Man", 3);
+  RVData base64 = Base64Encoding::EncodeData(man);
+  CHECK(base64.Length() == 8 && std::memcmp(base64.Bytes(), "TWFu\0\0\0\0", 8) == 0);
+  RVData decoded = Base64Encoding::DecodeData(base64);
+  CHECK(decoded.Length() == 4 && std::memcmp(decoded.Bytes(), "Man\x13", 4) == 0);
+  CHECK(RVUtilities::HashAsString("abc") == "90015098");
+  CHECK(RVUtilities::CreateUUID().Length() == 36);
 
   if (failures == 0) std::printf("plain C++ consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;

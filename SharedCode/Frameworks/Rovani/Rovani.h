@@ -22,5 +22,7 @@
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVAutoreleasePool.h>
 #include <Rovani/RVUserDefaults.h>
+#include <Rovani/RVJsonTranslator.h>
+#include <Rovani/Base64Encoding.h>
 
 #endif

@@ -1,0 +1,356 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+#include <json/reader.h>
+#include <json/value.h>
+#include <json/writer.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <Rovani/Rovani.h>
+
+#include "support/LogCapture.h"
+#include "support/TestSupport.h"
+
+// GNUstep's allocation counters; NSDebug.h declares them only without NDEBUG.
+extern "C" BOOL GSDebugAllocationActive(BOOL active);
+extern "C" int GSDebugAllocationCount(Class aClass);
+
+namespace {
+
+const char kParseFailed[] = "RVJsonTranslator::Parse: Failed to parse";
+
+std::string Styled(const Json::Value& value) {
+  Json::StyledWriter writer;
+  return writer.write(value);
+}
+
+RVObject* ParseText(const std::string& text) {
+  RVJsonTranslator translator;
+  return translator.Parse(RVString(text.c_str()));
+}
+
+// The route the translator must match: every member added through the
+// collections' own change members, one by one. Documents given to it are
+// known to parse and stay in the 32-bit or checked ranges, so no jsoncpp call
+// here throws.
+RVObject* MemberByMember(const Json::Value& value) {
+  switch (value.type()) {
+    case Json::intValue:
+      if (value.isInt()) return new RVNumber(value.asInt());
+      return new RVNumber(static_cast<long>(value.asInt64()));
+    case Json::uintValue:
+      if (value.isUInt()) return new RVNumber(value.asUInt());
+      return new RVNumber(static_cast<unsigned long>(value.asUInt64()));
+    case Json::realValue:
+      return new RVNumber(value.asDouble());
+    case Json::stringValue:
+      return new RVString(value.asString().c_str());
+    case Json::booleanValue:
+      return new RVBool(value.asBool());
+    case Json::arrayValue: {
+      std::unique_ptr<RVArray> array(new RVArray());
+      for (Json::ArrayIndex i = 0; i < value.size(); ++i) {
+        std::unique_ptr<RVObject> element(MemberByMember(value[i]));
+        array->AddObject(*element);
+      }
+      return array.release();
+    }
+    case Json::objectValue: {
+      std::unique_ptr<RVDictionary> dictionary(new RVDictionary());
+      for (const std::string& name : value.getMemberNames()) {
+        RVString key(name.c_str());
+        std::unique_ptr<RVObject> member(MemberByMember(value[name]));
+        dictionary->SetObjectForKey(*member, key);
+      }
+      return dictionary.release();
+    }
+    default:
+      return new RVObject();
+  }
+}
+
+// Same classes all the way down, equal values, equal keys.
+::testing::AssertionResult SameTree(id a, id b, const std::string& where = "root") {
+  if (a == nil || b == nil) {
+    if (a == b) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << where << ": only one side is nil";
+  }
+  if ([a class] != [b class])
+    return ::testing::AssertionFailure() << where << ": " << [NSStringFromClass([a class]) UTF8String]
+                                         << " vs " << [NSStringFromClass([b class]) UTF8String];
+  if ([a isKindOfClass:[NSDictionary class]]) {
+    if ([a count] != [b count]) return ::testing::AssertionFailure() << where << ": counts differ";
+    for (id key in a) {
+      ::testing::AssertionResult same =
+          SameTree([a objectForKey:key], [b objectForKey:key], where + "." + [key UTF8String]);
+      if (!same) return same;
+    }
+    return ::testing::AssertionSuccess();
+  }
+  if ([a isKindOfClass:[NSArray class]]) {
+    if ([a count] != [b count]) return ::testing::AssertionFailure() << where << ": counts differ";
+    for (NSUInteger i = 0; i < [a count]; ++i) {
+      ::testing::AssertionResult same = SameTree([a objectAtIndex:i], [b objectAtIndex:i],
+                                                 where + "[" + std::to_string(i) + "]");
+      if (!same) return same;
+    }
+    return ::testing::AssertionSuccess();
+  }
+  if ([a isKindOfClass:[NSNumber class]] && strcmp([a objCType], [b objCType]) != 0)
+    return ::testing::AssertionFailure() << where << ": number types differ";
+  if (![a isEqual:b])
+    return ::testing::AssertionFailure() << where << ": " << [[a description] UTF8String]
+                                         << " vs " << [[b description] UTF8String];
+  return ::testing::AssertionSuccess();
+}
+
+struct Outcome {
+  std::unique_ptr<RVObject> handle;
+  std::string raised;  // name and reason of the platform's exception
+};
+
+template <typename Make>
+Outcome Attempt(Make make) {
+  Outcome outcome;
+  @try {
+    outcome.handle.reset(make());
+  } @catch (NSException* exception) {
+    outcome.raised = std::string([[exception name] UTF8String]) + ": " +
+                     [[exception reason] UTF8String];
+  }
+  return outcome;
+}
+
+TEST(JsonTranslator, EncodesEachKindAsTheStyledWriterPrintsIt) {
+  RVJsonTranslator translator;
+  RVArray array;
+  array.AddObject(RVNumber(3));
+  array.AddObject(RVNumber(2.5));
+  array.AddObject(RVNumber(4294967295u));  // through the int conversion
+  array.AddObject(RVNumber(2.0f));
+  array.AddObject(RVString("x"));
+  array.AddObject(RVBool(true));
+  array.AddObject(RVString(static_cast<RVId>(@"cut\0here")));
+  array.AddObject(RVData(RVString("bytes")));
+  array.AddObject(RVObject(static_cast<RVId>([NSDate date])));
+  array.AddObject(RVObject(static_cast<RVId>([NSNull null])));
+  array.AddObject(RVString(static_cast<RVId>(@"caf\u00e9")));
+
+  Json::Value expected(Json::arrayValue);
+  expected.append(Json::Value(3));
+  expected.append(Json::Value(2.5));
+  expected.append(Json::Value(-1));
+  expected.append(Json::Value(2.0));
+  expected.append(Json::Value("x"));
+  expected.append(Json::Value(true));
+  expected.append(Json::Value("cut"));
+  expected.append(Json::Value());
+  expected.append(Json::Value());
+  expected.append(Json::Value());
+  expected.append(Json::Value("caf\xc3\xa9"));
+  EXPECT_EQ(Text(translator.Encode(array)), Styled(expected));
+
+  RVDictionary dictionary;
+  dictionary.SetObjectForKey(array, "list");
+  dictionary.SetObjectForKey(RVObject(), "nothing");
+  dictionary.SetObjectForKey(RVNumber(7), "b");
+  Json::Value object(Json::objectValue);
+  object["list"] = expected;
+  object["nothing"] = Json::Value();
+  object["b"] = 7;
+  EXPECT_EQ(Text(translator.Encode(dictionary)), Styled(object));
+
+  EXPECT_EQ(Text(translator.Encode(RVDictionary())), "{}\n");
+  EXPECT_EQ(Text(translator.Encode(RVArray())), "[]\n");
+  EXPECT_EQ(Text(translator.Encode(RVObject())), "null\n");
+  // The root's own handle class decides: a plain handle is null, whatever it holds.
+  EXPECT_EQ(Text(translator.Encode(RVObject(dictionary.Ref()))), "null\n");
+
+  std::unique_ptr<Json::Value> value(static_cast<Json::Value*>(translator.EncodeNext(RVBool(false))));
+  ASSERT_TRUE(value != nullptr);
+  EXPECT_TRUE(value->isBool() && !value->asBool());
+}
+
+TEST(JsonTranslator, EncodingADictionaryStopsAtAnEmptyKey) {
+  RVJsonTranslator translator;
+  NSDictionary* raw = @{@"" : @1, @"a" : @2, @"b" : @3, @"c" : @4, @"d" : @5};
+  Json::Value expected(Json::objectValue);
+  for (NSString* key in [raw keyEnumerator]) {
+    if ([key length] == 0) break;
+    expected[[key UTF8String]] = [[raw objectForKey:key] intValue];
+  }
+  EXPECT_EQ(Text(translator.Encode(RVDictionary(raw))), Styled(expected));
+
+  // Keys are cut at their first NUL; the member holds the later value.
+  NSDictionary* cut = @{@"k\0x" : @1};
+  EXPECT_EQ(Text(translator.Encode(RVDictionary(cut))), "{\n   \"k\" : 1\n}\n");
+}
+
+TEST(JsonTranslator, ParsesEachKind) {
+  LogCapture log;
+  std::unique_ptr<RVObject> parsed(ParseText("[1, 2.5, \"x\", true, 5000000000, -5000000000, "
+                                             "18446744073709551615, 1e300, 99999999999999999999]"));
+  ASSERT_TRUE(parsed && parsed->IsTypeOfClass(RVArray::ClassType()));
+  RVArray& array = static_cast<RVArray&>(*parsed);
+  ASSERT_EQ(array.Count(), 9u);
+  EXPECT_EQ(std::string([array.NumberAtIndex(0).Ref() objCType]), "i");
+  EXPECT_TRUE(array.NumberAtIndex(0) == 1);
+  EXPECT_TRUE(array.NumberAtIndex(1).IsFloatType() && array.NumberAtIndex(1) == 2.5);
+  EXPECT_EQ(Text(array.StringAtIndex(2)), "x");
+  std::unique_ptr<RVObject> boolean(array.ObjectAtIndex(3));
+  EXPECT_TRUE(boolean->IsTypeOfClass(RVBool::ClassType()));
+  // Beyond 32 bits the full 64-bit value is kept, signed or unsigned.
+  EXPECT_EQ([array.NumberAtIndex(4).Ref() longLongValue], 5000000000LL);
+  EXPECT_EQ([array.NumberAtIndex(5).Ref() longLongValue], -5000000000LL);
+  EXPECT_EQ([array.NumberAtIndex(6).Ref() unsignedLongLongValue], 18446744073709551615ULL);
+  // Beyond 64 bits jsoncpp reads a real.
+  EXPECT_TRUE(array.NumberAtIndex(7).IsFloatType());
+  EXPECT_DOUBLE_EQ(static_cast<double>(array.NumberAtIndex(8)), 1e20);
+  EXPECT_TRUE(log.Lines().empty());
+
+  std::unique_ptr<RVObject> empty(ParseText(" [ ] "));
+  ASSERT_TRUE(empty->IsTypeOfClass(RVArray::ClassType()));
+  EXPECT_EQ(empty->Ref(), nil);
+  std::unique_ptr<RVObject> nothing(ParseText("null"));
+  EXPECT_TRUE(nothing->IsTypeOfClass(RVObject::ClassType()) && nothing->IsEmpty());
+  std::unique_ptr<RVObject> text(ParseText("\"a\\u0000b\" // comment"));
+  EXPECT_EQ(Text(*static_cast<RVString*>(text.get())), "a");
+
+  // Values passed in directly: small unsigned integers, skipped indices.
+  RVJsonTranslator translator;
+  Json::Value hand(Json::arrayValue);
+  hand[0u] = Json::Value(7u);
+  std::unique_ptr<RVObject> small(translator.ParseNext(&hand));
+  EXPECT_TRUE(static_cast<RVArray&>(*small).NumberAtIndex(0) == 7u);
+  hand[2u] = Json::Value(1);
+  EXPECT_FALSE(Attempt([&] { return translator.ParseNext(&hand); }).raised.empty());
+}
+
+// Parsing fills private mutable collections; the result must be what the
+// collections' own members give when the members are added one by one.
+TEST(JsonTranslator, ParsingMatchesAddingMembersOneByOne) {
+  const char* documents[] = {
+      // placeholders for empty members, nesting, every scalar kind
+      "{\"n\":null, \"ea\":[], \"eo\":{}, \"es\":\"\", \"s\":\"x\", \"i\":-5, \"big\":5000000000,"
+      " \"huge\":18446744073709551615, \"r\":2.5, \"t\":true, \"f\":false,"
+      " \"arr\":[1, \"\", [2, [3]], {\"k\":{}, \"z\":[]}], \"deep\":{\"x\":{\"y\":[true, 0.5]}}}",
+      // duplicate names, and names equal up to a NUL
+      "{\"a\":1, \"a\":2, \"k\\u0000x\":1, \"k\\u0000y\":[1], \"k\":{\"q\":null}}",
+      // text that is not UTF-8 (a lone low surrogate), as a member value
+      "{\"bad\":\"\\udc00\", \"ok\":\"\\u00e9\"}",
+      // refused by the platform's array: null, empty collections, text that is not UTF-8
+      "[1, null]", "[[1], []]", "[{}]", "[\"\\udc00\"]", "{\"x\":[2, null]}",
+      // a name that is not UTF-8 makes no key
+      "{\"\\udc00\":1}",
+      // tops
+      "\"top\"", "3", "null", "[]", "{}", "true", "4294967295"};
+  RVJsonTranslator translator;
+  for (const char* document : documents) {
+    SCOPED_TRACE(document);
+    Json::Value root;
+    Json::Reader reader;
+    ASSERT_TRUE(reader.parse(document, root, true));
+    Outcome expected = Attempt([&] { return MemberByMember(root); });
+    Outcome parsed = Attempt([&] { return translator.Parse(document); });
+    Outcome direct = Attempt([&] { return translator.ParseNext(&root); });
+    for (Outcome* actual : {&parsed, &direct}) {
+      EXPECT_EQ(actual->raised, expected.raised);
+      if (!expected.raised.empty()) continue;
+      ASSERT_TRUE(actual->handle && expected.handle);
+      const RVObject& made = *actual->handle;
+      const RVObject& wanted = *expected.handle;
+      EXPECT_EQ(typeid(made), typeid(wanted));
+      EXPECT_TRUE(SameTree(actual->handle->Ref(), expected.handle->Ref()));
+    }
+  }
+}
+
+TEST(JsonTranslator, RefusedTextLogsAndAnswersNull) {
+  LogCapture log;
+  std::string deep(100000, '[');
+  std::string nested = std::string(10000, '[') + std::string(10000, ']');
+  std::string garbage;
+  for (int i = 0; i < 4096; ++i) garbage.push_back(static_cast<char>((i * 131 + 7) % 256));
+  const std::string refused[] = {"", "{", "[1, 2", "{\"a\":}", "nul", deep, nested, garbage};
+  for (const std::string& text : refused) {
+    EXPECT_EQ(ParseText(text), nullptr) << text.substr(0, 20);
+  }
+  EXPECT_EQ(log.Count(kParseFailed), 8);
+
+  // A NUL in the text ends the document.
+  RVString withNul(static_cast<RVId>(@"[1]\0garbage"));
+  std::unique_ptr<RVObject> cut(RVJsonTranslator().Parse(withNul));
+  EXPECT_TRUE(cut && cut->IsTypeOfClass(RVArray::ClassType()));
+}
+
+TEST(JsonTranslator, FilesRoundTripAndReportFailures) {
+  LogCapture log;
+  ScratchDir dir;
+  RVJsonTranslator translator;
+  RVDictionary settings;
+  settings.SetObjectForKey(RVString("Rovani"), "name");
+  settings.SetObjectForKey(RVNumber(3), "count");
+  RVString path(dir.File("settings.json").c_str());
+  EXPECT_FALSE(translator.EncodeToFilePath(settings, path).IsError());
+  EXPECT_EQ(Text(RVString(RVData::DataWithContentsOfFile(path))), Text(translator.Encode(settings)));
+  std::unique_ptr<RVObject> read(translator.ParseFromFilePath(path));
+  ASSERT_TRUE(read != nullptr);
+  EXPECT_TRUE(SameTree(read->Ref(), settings.Ref()));
+
+  RVError error = translator.EncodeToFilePath(settings, (dir.File("missing/x.json")).c_str());
+  EXPECT_EQ(error.Code(), 2);
+  EXPECT_EQ(Text(error.Domain()), "RVJsonTranslatorDomain");
+  EXPECT_EQ(Text(error.UserInfo().StringForKey(RVError::LocalizedDescriptionKey())),
+            "Failed to create file");
+  EXPECT_EQ(Text(error.UserInfo().StringForKey(RVError::LocalizedRecoverySuggestionErrorKey())), "");
+
+  EXPECT_EQ(translator.ParseFromFilePath(""), nullptr);
+  EXPECT_EQ(translator.ParseFromFilePath(dir.Path().c_str()), nullptr);
+  EXPECT_EQ(translator.ParseFromFilePath(dir.File("absent.json").c_str()), nullptr);
+  EXPECT_EQ(log.Count(kParseFailed), 3);
+}
+
+// Nothing is left behind: not by trees deleted with their handles, not by a
+// parse the platform's array cut short by raising, not by refused text.
+TEST(JsonTranslator, LeavesNoObjectsBehind) {
+  NSAutoreleasePool* setup = [[NSAutoreleasePool alloc] init];
+  NSArray* samples = @[
+    [NSMutableArray array], [NSMutableDictionary dictionary], [NSMutableArray arrayWithObject:@"x"],
+    [NSMutableDictionary dictionaryWithObject:@"x" forKey:@"k"],
+    [[[NSMutableArray arrayWithObject:@"x"] copy] autorelease],
+    [[[NSMutableDictionary dictionaryWithObject:@"x" forKey:@"k"] copy] autorelease],
+    [[[NSString alloc] initWithCString:"text" encoding:NSUTF8StringEncoding] autorelease],
+    [NSNumber numberWithDouble:0.5]
+  ];
+  Class classes[8];
+  for (int i = 0; i < 8; ++i) classes[i] = [[samples objectAtIndex:i] class];
+  [setup drain];
+
+  const char* documents[] = {"{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, \"s\"]], \"c\":{}}",
+                             "{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, null]]}",
+                             "{\"a\":[\"xyz\", {\"b\":[1, 2.5, \"qq\"]}, [3, \"s\"], ",
+                             "[\"text\", {\"a\":\"kept\", \"b\":2.5, \"\\udc00\":1}]",
+                             "{\"a\":\"kept\", \"b\":2.5, \"c\":[null]}"};
+  auto parseAll = [&] {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    for (const char* document : documents) {
+      Outcome outcome = Attempt([&] { return ParseText(document); });
+      if (outcome.handle) RVJsonTranslator().Encode(*outcome.handle);
+    }
+    [pool drain];
+  };
+  // The first log line sets up GNUstep's logging for good: not counted.
+  parseAll();
+  BOOL wasActive = GSDebugAllocationActive(YES);
+  int before[8];
+  for (int i = 0; i < 8; ++i) before[i] = GSDebugAllocationCount(classes[i]);
+  for (int round = 0; round < 20; ++round) parseAll();
+  for (int i = 0; i < 8; ++i)
+    EXPECT_EQ(GSDebugAllocationCount(classes[i]), before[i]) << class_getName(classes[i]);
+  GSDebugAllocationActive(wasActive);
+}
+
+}  // namespace
