@@ -9,6 +9,22 @@
 #include "support/LogCapture.h"
 #include "support/TestSupport.h"
 
+// While a retry runs, it parses another text on a formatter of its own:
+// the one retry flag is then clear for every formatter in the process.
+static RVDate* gParsedDuringRetry = nullptr;
+
+@interface RetryProbeFormatter : NSDateFormatter
+@end
+
+@implementation RetryProbeFormatter
+- (NSDate*)dateFromString:(NSString*)text {
+  if ([text isEqual:@"-probe"]) {
+    *gParsedDuringRetry = RVDateFormatter::DefaultFormatter().DateFromString("/12-25-2008");
+  }
+  return [super dateFromString:text];
+}
+@end
+
 namespace {
 
 // Makes name the default time zone while it lives. The system zone stays
@@ -151,6 +167,16 @@ TEST(DateFormatter, ReadsTextWithOneRetry) {
   EXPECT_TRUE(formatter.DateFromString(RVString(static_cast<RVId>(nil))).IsEmpty());
   EXPECT_FALSE(formatter.DateFromString("/12-25-2008").IsEmpty());
   EXPECT_TRUE(log.Lines().empty());
+
+  RVDate parsedDuringRetry = christmas;
+  gParsedDuringRetry = &parsedDuringRetry;
+  RetryProbeFormatter* probe = [[RetryProbeFormatter alloc] init];
+  [probe setDateFormat:@"MM-dd-yyyy"];
+  EXPECT_TRUE(RVDateFormatter(static_cast<RVId>(probe)).DateFromString("/probe").IsEmpty());
+  [probe release];
+  gParsedDuringRetry = nullptr;
+  EXPECT_TRUE(parsedDuringRetry.IsEmpty());
+  EXPECT_FALSE(formatter.DateFromString("/12-25-2008").IsEmpty());
 
   RVString written = RVDateFormatter::DateFormatterUsingDateFormat(
                          RVDateFormat::MMddyyyyHHmmssSSSDateFormat())

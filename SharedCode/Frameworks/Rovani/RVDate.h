@@ -62,7 +62,8 @@ class RV_EXPORT RVDate : public RVObject {
   // Calendar days in the default time zone: the wall-clock time is kept
   // across a daylight-saving change.
   void AddDays(int days);
-  // Exactly that many seconds.
+  // Exactly that many seconds. An interval that is not a number empties
+  // the date.
   void AddTimeInterval(double seconds);
 
   double TimeIntervalSinceRefereceDate() const;
@@ -77,8 +78,7 @@ class RV_EXPORT RVDate : public RVObject {
   double DaysSinceNow() const;
 
   // Ordered by TimeIntervalSinceRefereceDate(), compared exactly: an empty
-  // date equals the distant past; a date that is not a number compares
-  // false with everything.
+  // date equals the distant past.
   bool operator<(const RVDate& other) const;
   bool operator<(NSDate* other) const;
   bool operator<(CFDateRef other) const;
