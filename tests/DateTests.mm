@@ -83,6 +83,8 @@ TEST(Date, CalendarFieldsInTheDefaultZoneAndImpossibleFields) {
   EXPECT_GT(endless, RVDate::DistantFuture());
   endless.AddDays(1);
   EXPECT_TRUE(std::isinf(endless.TimeIntervalSinceRefereceDate()));
+  endless.AddTimeInterval(NAN);
+  EXPECT_TRUE(endless.IsEmpty());
 }
 
 TEST(Date, EmptyDateIsTheDistantPast) {
