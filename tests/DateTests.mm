@@ -196,6 +196,10 @@ TEST(DateFormatter, FormatsInTheSystemZoneNotTheDefaultZone) {
   RVDateFormatter formatter = RVDateFormatter::DateFormatterUsingDateFormatDateStyle(
       RVDateFormat::yyyyMMddDateFormat() + " " + RVDateFormat::HHmmDateFormat(), 1);
   EXPECT_TRUE([[formatter.Ref() timeZone] isEqual:[NSTimeZone systemTimeZone]]);
+  EXPECT_EQ([formatter.Ref() formatterBehavior], 1040);
+  EXPECT_EQ([formatter.Ref() dateStyle], 1);
+  EXPECT_EQ([formatter.Ref() timeStyle], 0);
+  EXPECT_EQ([RVDateFormatter::CurrentLocaleDateFormatter().Ref() timeStyle], 1);
   NSDateFormatter* inSystemZone = [[[NSDateFormatter alloc] init] autorelease];
   [inSystemZone setDateFormat:@"yyyy-MM-dd HH:mm"];
   [inSystemZone setTimeZone:[NSTimeZone systemTimeZone]];
