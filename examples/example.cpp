@@ -94,6 +94,21 @@ int main() {
   RVLog("Base64 of \"Rovani!\": %@", RVString(encoded).Ref());
   Show("hash of \"abc\"", RVUtilities::HashAsString("abc"));
   Show("a new UUID", RVUtilities::CreateUUID());
+  // Dates: calendar days keep the wall-clock time, intervals are exact.
+  RVDate meeting = RVDate::DateFromMonthDayYearHourMinuteSecond(3, 7, 2009, 9, 30, 0.0);
+  RVDate nextDay = meeting;
+  nextDay.AddDays(1);
+  RVDate dayLater = meeting;
+  dayLater.AddTimeInterval(OneDayTimeInterval);
+  RVDateFormatter stamp =
+      RVDateFormatter::DateFormatterUsingDateFormat(RVDateFormat::MMddyyyyHHmmssSSSDateFormat());
+  Show("meeting", stamp.StringFromDate(meeting));
+  Show("a calendar day later", stamp.StringFromDate(nextDay));
+  Show("86400 seconds later", stamp.StringFromDate(dayLater));
+  RVDate read = RVDate::DateFromString("12/25/2008");
+  RVLog("12/25/2008 is %d days after the reference date, read as %@",
+        read.DaysSinceReferenceDate(), read.Description().Ref());
+  Show("today", RVDate::Today().Description());
 
   std::printf("example finished\n");
   return 0;

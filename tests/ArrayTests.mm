@@ -88,12 +88,15 @@ TEST(Array, TypedGettersMakeNoClassTest) {
   array.AddObject(RVNumber(65));
   array.AddObject(RVString("text"));
   array.AddObject(RVBool(true));
+  array.AddObject(RVDate::DateWithTimeIntervalSinceReferenceDate(60));
 
   RVString notAString = array.StringAtIndex(0);
   EXPECT_TRUE([notAString.Ref() isKindOfClass:[NSNumber class]]);
   EXPECT_TRUE(array.NumberAtIndex(0) == 65);
   EXPECT_EQ(static_cast<int>(array.ValueAtIndex(0)), 65);
   EXPECT_TRUE(array.BooleanAtIndex(2));
+  EXPECT_EQ(array.DateAtIndex(3).TimeIntervalSinceRefereceDate(), 60.0);
+  EXPECT_TRUE([array.DateAtIndex(1).Ref() isKindOfClass:[NSString class]]);  // no class test
 
   RVObject* made = array[1];
   EXPECT_TRUE(made->IsTypeOfClass(RVString::ClassType()));

@@ -92,6 +92,7 @@ TEST(Dictionary, TypedGettersAnswerEmptyHandlesForMissesAndOtherClasses) {
   list.AddObject(RVString("x"));
   d.SetObjectForKey(list, "list");
   d.SetObjectForKey(RVData(RVString("bytes")), "data");
+  d.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(60), "date");
 
   EXPECT_FALSE(d.BooleanForKey("zero"));
   EXPECT_TRUE(d.BooleanForKey("two"));
@@ -107,6 +108,8 @@ TEST(Dictionary, TypedGettersAnswerEmptyHandlesForMissesAndOtherClasses) {
   EXPECT_EQ(d.ArrayForKey("list").Count(), 1u);
   EXPECT_EQ(d.DataForKey("data").Length(), 5u);
   EXPECT_TRUE(d.DataForKey("text").IsEmpty());
+  EXPECT_EQ(d.DateForKey("date").TimeIntervalSinceRefereceDate(), 60.0);
+  EXPECT_TRUE(d.DateForKey("data").IsEmpty());
 
   EXPECT_TRUE(d.ObjectsClassTypeForKey("inner") == "2RVDictionary");
   EXPECT_TRUE(d.ObjectsClassTypeForKey("yes") == "RVBool");

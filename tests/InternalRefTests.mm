@@ -64,6 +64,17 @@ TEST(Bridge, DefaultsAndOtherKinds) {
   EXPECT_EQ(back.Location(), 3u);
   EXPECT_EQ(back.Length(), 4u);
 
+  NSDate* date = [NSDate dateWithTimeIntervalSinceReferenceDate:5];
+  EXPECT_EQ(RVInternalRef::Convert((CFDateRef)date).Ref(), date);
+  EXPECT_EQ(RVInternalRef::Access(RVDate(date)), (CFDateRef)date);
+  EXPECT_TRUE(RVInternalRef::Convert((CFDateRef) @"not a date").IsEmpty());
+  RVDateFormatter formatter;
+  EXPECT_EQ(RVInternalRef::Convert((CFDateFormatterRef)formatter.Ref()).Ref(), formatter.Ref());
+  // A mistyped reference gives a default formatter: a working one.
+  RVDateFormatter fallback = RVInternalRef::Convert((CFDateFormatterRef)date);
+  EXPECT_NE(fallback.Ref(), nil);
+  EXPECT_NE(fallback.Ref(), formatter.Ref());
+
   NSURL* url = [NSURL URLWithString:@"http://h/p"];
   EXPECT_EQ(RVInternalRef::Convert((CFURLRef)url).Ref(), url);
   EXPECT_EQ(RVInternalRef::Access(RVURL((RVId)url)), (CFURLRef)url);

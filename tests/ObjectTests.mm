@@ -135,6 +135,7 @@ TEST(Factory, PicksTheHandleClassInItsBindingOrder) {
   EXPECT_EQ(CreatedClassType([NSValue valueWithPointer:nullptr]), "RVValue");
   EXPECT_EQ(CreatedClassType([NSError errorWithDomain:@"D" code:1 userInfo:nil]), "RVError");
   EXPECT_EQ(CreatedClassType([[NSArray array] objectEnumerator]), "2RVEnumerator");
+  EXPECT_EQ(CreatedClassType([NSDate date]), "RVDate");
   EXPECT_EQ(CreatedClassType([NSURL URLWithString:@"http://h/p"]), "RVURL");
   EXPECT_EQ(CreatedClassType([NSBundle mainBundle]), "RVBundle");
 

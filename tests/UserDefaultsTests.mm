@@ -142,6 +142,7 @@ TEST(UserDefaults, TypedGettersAndTheirKeptQuirks) {
   NSArray* numbers = @[ @1, @2, @3 ];
   defaults.SetObjectForKey(RVArray(numbers), "typed.numbers");
   defaults.SetObjectForKey(DataFromText("bytes"), "typed.data");
+  defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(90), "typed.date");
 
   EXPECT_EQ(Text(defaults.StringForKey("typed.string")), "text");
   EXPECT_EQ(defaults.IntegerForKey("typed.two"), 2);
@@ -154,6 +155,8 @@ TEST(UserDefaults, TypedGettersAndTheirKeptQuirks) {
   EXPECT_EQ(defaults.ArrayForKey("typed.array").Count(), 3u);
   EXPECT_EQ(defaults.StringArrayForKey("typed.numbers").Count(), 3u);
   EXPECT_EQ(defaults.DataForKey("typed.data").Length(), 5u);
+  EXPECT_EQ(defaults.DateForKey("typed.date").TimeIntervalSinceRefereceDate(), 90.0);
+  EXPECT_TRUE(defaults.DateForKey("typed.data").IsEmpty());
   EXPECT_TRUE(defaults.ArrayForKey("typed.string").IsEmpty());
   EXPECT_EQ(defaults.FloatForKey("typed.missing"), 0.0f);
   EXPECT_EQ(defaults.DoubleForKey("typed.missing"), 0.0);

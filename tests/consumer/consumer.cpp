@@ -132,6 +132,28 @@ int main() {
   CHECK(decoded.Length() == 4 && std::memcmp(decoded.Bytes(), "Man\x13", 4) == 0);
   CHECK(RVUtilities::HashAsString("abc") == "90015098");
   CHECK(RVUtilities::CreateUUID().Length() == 36);
+  // Dates: built from calendar fields, moved by days, written and read back.
+  RVDate start = RVDate::DateFromMonthDayYear(1, 1, 2009);
+  CHECK(!start.IsEmpty() && start.ObjectsClassType() == "RVDate");
+  RVDate later(start);
+  later.AddDays(10);
+  CHECK(later > start && later != start && start <= later);
+  CHECK(later.DaysSinceReferenceDate() - start.DaysSinceReferenceDate() == 10);
+  RVString written = RVDateFormatter::DefaultFormatter().StringFromDate(later);
+  CHECK(written == "01-11-2009");
+  CHECK(RVDate::DateFromString(written) == later);
+  CHECK(RVDate::DateFromString("01/11/2009") == later);
+  CHECK(RVDate::DateFromStringUsingFormat("2009-01-11", RVDateFormat::yyyyMMddDateFormat()) ==
+        static_cast<NSDate*>(later));
+  CHECK(later == static_cast<CFDateRef>(later));
+  CHECK(RVDate::DateFromMonthDayYearHourMinuteSecond(2, 30, 2009, 0, 0, 0.0).IsEmpty());
+  CHECK(RVDate() == RVDate::DistantPast() && RVDate() < RVDate::ReferenceDate());
+  CHECK(RVDate().TimeIntervalSinceDate(RVDate::Now()) ==
+        RVDate::DistantPast().TimeIntervalSinceRefereceDate());
+  CHECK(RVDate::DateWithTimeIntervalSinceNow(-36 * OneHourTimeInterval).DaysSinceNow() < -1.49);
+  CHECK(RVDateFormatter::ClassType() == "5RVDateFormatter");
+  CHECK(RVDateFormat::MMddyyyyHHmmssSSSDateFormat() == "MM-dd-yyyy HH:mm:ss.SSS");
+  CHECK(RVDateFormatter().StringFromDate(RVDate()).Length() == 0);
 
   if (failures == 0) std::printf("plain C++ consumer: all checks passed\n");
   return failures == 0 ? 0 : 1;

@@ -8,13 +8,17 @@
 
 // One pool for the whole run; tests that count autoreleases keep their own.
 // Run by hand as well as by ctest, the binary keeps away from the real user
-// defaults and the machine's all-users store. GNUstep has read its
-// configuration before main runs, so without one of ours the binary starts
-// itself again with it.
+// defaults and the machine's all-users store, and runs in a time zone with
+// daylight saving (GNUstep ignores TZ), so that moving a date by calendar
+// days and by seconds really differ across a change. GNUstep has read its
+// configuration before main runs, so the binary starts itself again once
+// with its own.
 int main(int argc, char** argv) {
-  if (getenv("GNUSTEP_CONFIG_FILE") == nullptr) {
+  if (getenv("ROVANI_TEST_ENVIRONMENT") == nullptr) {
+    setenv("ROVANI_TEST_ENVIRONMENT", "1", 1);
     setenv("GNUSTEP_CONFIG_FILE", ROVANI_TEST_GNUSTEP_CONFIG, 1);
-    setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", ROVANI_TEST_ALL_USERS_DIR, 0);
+    setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", ROVANI_TEST_ALL_USERS_DIR, 1);
+    setenv("GNUSTEP_TZ", "America/New_York", 1);
     execv("/proc/self/exe", argv);
     return 127;
   }

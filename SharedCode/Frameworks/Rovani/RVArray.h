@@ -48,6 +48,7 @@ class RV_EXPORT RVArray : public RVObject {
   RVNumber NumberAtIndex(unsigned int index) const;
   RVBool BooleanAtIndex(unsigned int index) const;
   RVData DataAtIndex(unsigned int index) const;
+  RVDate DateAtIndex(unsigned int index) const;
   RVDictionary DictionaryAtIndex(unsigned int index) const;
   RVArray ArrayAtIndex(unsigned int index) const;
   RVValue ValueAtIndex(unsigned int index) const;
@@ -68,6 +69,7 @@ class RV_EXPORT RVArray : public RVObject {
 
 // Every class named above, complete, so that this header alone lets a
 // caller use each member.
+#include <Rovani/RVDate.h>
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>

@@ -5,6 +5,7 @@
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>
+#include <Rovani/RVDate.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVInternalRef.h>
 #include <Rovani/RVNumber.h>
@@ -73,6 +74,10 @@ RVBool RVArray::BooleanAtIndex(unsigned int index) const {
 
 RVData RVArray::DataAtIndex(unsigned int index) const {
   return RVData(static_cast<NSData*>([Ref() objectAtIndex:index]));
+}
+
+RVDate RVArray::DateAtIndex(unsigned int index) const {
+  return RVDate(static_cast<NSDate*>([Ref() objectAtIndex:index]));
 }
 
 RVDictionary RVArray::DictionaryAtIndex(unsigned int index) const {

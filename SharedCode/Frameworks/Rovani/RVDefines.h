@@ -70,5 +70,10 @@ class RVArray;
 class RVDictionary;
 class RVEnumerator;
 class RVError;
+class RVDate;
+class RVDateFormatter;
+class RVURL;
+class RVBundle;
+class RVUserDefaults;
 
 #endif

@@ -56,6 +56,7 @@ class RV_EXPORT RVDictionary : public RVObject {
   RVString StringForKey(const RVString& key) const;
   RVArray ArrayForKey(const RVString& key) const;
   RVData DataForKey(const RVString& key) const;
+  RVDate DateForKey(const RVString& key) const;
   RVBool BooleanForKey(const RVString& key) const;
   RVNumber NumberForKey(const RVString& key) const;
   RVDictionary DictionaryForKey(const RVString& key) const;
@@ -86,6 +87,7 @@ class RV_EXPORT RVDictionary : public RVObject {
 
 // Every class named above, complete, so that this header alone lets a
 // caller use each member.
+#include <Rovani/RVDate.h>
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>

@@ -5,6 +5,7 @@
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>
+#include <Rovani/RVDate.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVNumber.h>
@@ -168,6 +169,10 @@ RVArray RVDictionary::ArrayForKey(const RVString& key) const {
 
 RVData RVDictionary::DataForKey(const RVString& key) const {
   return TypedValue<RVData>(Ref(), key);
+}
+
+RVDate RVDictionary::DateForKey(const RVString& key) const {
+  return TypedValue<RVDate>(Ref(), key);
 }
 
 RVNumber RVDictionary::NumberForKey(const RVString& key) const {

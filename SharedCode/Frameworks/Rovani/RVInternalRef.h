@@ -10,6 +10,8 @@
 #include <Rovani/RVBool.h>
 #include <Rovani/RVBundle.h>
 #include <Rovani/RVData.h>
+#include <Rovani/RVDate.h>
+#include <Rovani/RVDateFormatter.h>
 #include <Rovani/RVDefines.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVNumber.h>
@@ -39,6 +41,10 @@ class RV_EXPORT RVInternalRef {
   static CFStringRef Access(const RVString* string);
   static CFDataRef Access(const RVData& data);
   static CFDataRef Access(const RVData* data);
+  static CFDateRef Access(const RVDate& date);
+  static CFDateRef Access(const RVDate* date);
+  static CFDateFormatterRef Access(const RVDateFormatter& formatter);
+  static CFDateFormatterRef Access(const RVDateFormatter* formatter);
   static CFDictionaryRef Access(const RVDictionary& dictionary);
   static CFDictionaryRef Access(const RVDictionary* dictionary);
   static CFNumberRef Access(const RVNumber& number);
@@ -79,6 +85,10 @@ class RV_EXPORT RVInternalRef {
   // warning.
   static RVBundle Convert(CFBundleRef ref);
   static RVData Convert(CFDataRef ref);
+  static RVDate Convert(CFDateRef ref);
+  // A null or mistyped reference gives a default formatter, which is a
+  // working one, not an empty handle.
+  static RVDateFormatter Convert(CFDateFormatterRef ref);
   static RVDictionary Convert(CFDictionaryRef ref);
   static RVDictionary Convert(const void* ref);
   static RVNumber Convert(CFNumberRef ref);
@@ -90,6 +100,8 @@ class RV_EXPORT RVInternalRef {
   static RVBool ConvertAndRelease(CFBooleanRef ref);
   static RVBundle ConvertAndRelease(CFBundleRef ref);
   static RVData ConvertAndRelease(CFDataRef ref);
+  static RVDate ConvertAndRelease(CFDateRef ref);
+  static RVDateFormatter ConvertAndRelease(CFDateFormatterRef ref);
   static RVDictionary ConvertAndRelease(CFDictionaryRef ref);
   static RVDictionary ConvertAndRelease(const void* ref);
   static RVNumber ConvertAndRelease(CFNumberRef ref);

@@ -15,6 +15,14 @@ CFStringRef RVInternalRef::Access(const RVString& string) { return (CFStringRef)
 CFStringRef RVInternalRef::Access(const RVString* string) { return Access(*string); }
 CFDataRef RVInternalRef::Access(const RVData& data) { return (CFDataRef)data.Ref(); }
 CFDataRef RVInternalRef::Access(const RVData* data) { return Access(*data); }
+CFDateRef RVInternalRef::Access(const RVDate& date) { return (CFDateRef)date.Ref(); }
+CFDateRef RVInternalRef::Access(const RVDate* date) { return Access(*date); }
+CFDateFormatterRef RVInternalRef::Access(const RVDateFormatter& formatter) {
+  return (CFDateFormatterRef)formatter.Ref();
+}
+CFDateFormatterRef RVInternalRef::Access(const RVDateFormatter* formatter) {
+  return Access(*formatter);
+}
 CFDictionaryRef RVInternalRef::Access(const RVDictionary& dictionary) {
   return (CFDictionaryRef)dictionary.Ref();
 }
@@ -98,6 +106,12 @@ RVBundle RVInternalRef::Convert(CFBundleRef ref) {
 }
 RVBool RVInternalRef::Convert(CFBooleanRef ref) { return Checked<RVBool>(ref, CFBooleanGetTypeID()); }
 RVData RVInternalRef::Convert(CFDataRef ref) { return Checked<RVData>(ref, CFDataGetTypeID()); }
+RVDate RVInternalRef::Convert(CFDateRef ref) { return Checked<RVDate>(ref, CFDateGetTypeID()); }
+RVDateFormatter RVInternalRef::Convert(CFDateFormatterRef ref) {
+  RVDateFormatter result;
+  if (ref != nullptr && CFGetTypeID(ref) == CFDateFormatterGetTypeID()) result = (RVId)ref;
+  return result;
+}
 RVDictionary RVInternalRef::Convert(CFDictionaryRef ref) {
   return Checked<RVDictionary>(ref, CFDictionaryGetTypeID());
 }
@@ -124,6 +138,10 @@ RVURL RVInternalRef::ConvertAndRelease(CFURLRef ref) { return Released(Convert(r
 RVBundle RVInternalRef::ConvertAndRelease(CFBundleRef ref) { return Released(Convert(ref), ref); }
 RVBool RVInternalRef::ConvertAndRelease(CFBooleanRef ref) { return Released(Convert(ref), ref); }
 RVData RVInternalRef::ConvertAndRelease(CFDataRef ref) { return Released(Convert(ref), ref); }
+RVDate RVInternalRef::ConvertAndRelease(CFDateRef ref) { return Released(Convert(ref), ref); }
+RVDateFormatter RVInternalRef::ConvertAndRelease(CFDateFormatterRef ref) {
+  return Released(Convert(ref), ref);
+}
 RVDictionary RVInternalRef::ConvertAndRelease(CFDictionaryRef ref) {
   return Released(Convert(ref), ref);
 }

@@ -41,6 +41,7 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   RVArray StringArrayForKey(RVString key) const;
   RVDictionary DictionaryForKey(RVString key) const;
   RVData DataForKey(RVString key) const;
+  RVDate DateForKey(RVString key) const;
   RVString StringForKey(RVString key) const;
   RVNumber NumberForKey(RVString key) const;
   int IntegerForKey(RVString key) const;
@@ -72,5 +73,9 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   RVString applicationID_;
   bool allUsers_;
 };
+
+// Every class named above, complete, so that this header alone lets a
+// caller use each member.
+#include <Rovani/RVDate.h>
 
 #endif

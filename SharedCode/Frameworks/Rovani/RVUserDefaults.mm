@@ -76,6 +76,10 @@ RVData RVUserDefaults::DataForKey(RVString key) const {
   });
 }
 
+RVDate RVUserDefaults::DateForKey(RVString key) const {
+  return Typed<RVDate>(ObjectForKey(key), RVDate(), [](RVDate& d) { return RVDate(d); });
+}
+
 RVString RVUserDefaults::StringForKey(RVString key) const {
   return Typed<RVString>(ObjectForKey(key), RVString(), [](RVString& s) { return RVString(s); });
 }

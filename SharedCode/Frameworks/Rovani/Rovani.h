@@ -12,6 +12,8 @@
 #include <Rovani/RVBool.h>
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVValue.h>
+#include <Rovani/RVDate.h>
+#include <Rovani/RVDateFormatter.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVArray.h>
 #include <Rovani/RVEnumerator.h>

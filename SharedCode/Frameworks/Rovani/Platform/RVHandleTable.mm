@@ -6,6 +6,7 @@
 #include <Rovani/RVBool.h>
 #include <Rovani/RVBundle.h>
 #include <Rovani/RVData.h>
+#include <Rovani/RVDate.h>
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVError.h>
@@ -45,7 +46,7 @@ struct HandleTable {
             Row<RVDictionary, NSDictionary*>([NSDictionary class], CFDictionaryGetTypeID()),
             Row<RVData, NSData*>([NSData class], CFDataGetTypeID()),
             Row<RVArray, NSArray*>([NSArray class], CFArrayGetTypeID()),
-            Unwrapped([NSDate class], CFDateGetTypeID()),
+            Row<RVDate, NSDate*>([NSDate class], CFDateGetTypeID()),
             Row<RVBool, RVId>([BoolNumber class], CFBooleanGetTypeID()),
             // The platform's own boolean numbers are numbers to the factory
             // and booleans to Core Foundation.
