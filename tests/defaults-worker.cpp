@@ -7,9 +7,13 @@
 //                          after each; exits 1 if any Synchronize fails
 //   write <key> <value>    sets key in both stores, synchronises
 //   read <key>             prints the string value of key, or "<none>"
-//   churn <bytes>          forever: generation g, then a blob of <bytes>
-//                          copies of the last digit of g, synchronised
+//   watch <count>          reads the all-users file until it holds count
+//                          keys; exits 1 as soon as a read of the file, once
+//                          it exists, gives no dictionary or fewer keys than
+//                          the read before
 #include <Rovani/Rovani.h>
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -55,14 +59,30 @@ int main(int argc, char** argv) {
     std::printf("%s\n", value.IsEmpty() ? "<none>" : Text(value).c_str());
     return 0;
   }
-  if (command == "churn" && argc == 3) {
-    size_t size = std::strtoul(argv[2], nullptr, 10);
-    for (unsigned long generation = 1;; ++generation) {
+  if (command == "watch" && argc == 3) {
+    unsigned long expected = std::strtoul(argv[2], nullptr, 10);
+    const char* dir = std::getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
+    RVString path = RVString(dir != nullptr ? dir : "") + "/rovani_defaults_worker.plist";
+    unsigned long seen = 0;
+    for (unsigned long reads = 1;; ++reads) {
       RVAutoreleasePool each;
-      std::string blob(size, static_cast<char>('0' + generation % 10));
-      allUsers.SetObjectForKey(RVNumber(generation), "generation");
-      allUsers.SetObjectForKey(RVString(blob.c_str()), "blob");
-      if (!allUsers.Synchronize()) return 1;
+      if (!RVFileManager::ItemExistsAtPath(path)) {
+        if (seen > 0) return 1;
+        usleep(1000);
+        continue;
+      }
+      RVDictionary values = RVDictionary::DictionaryWithContentsOfFile(path);
+      unsigned long count = values.Count();
+      if (count == 0 || count < seen) {
+        std::printf("read %lu: %lu keys after %lu\n", reads, count, seen);
+        return 1;
+      }
+      seen = count;
+      if (seen >= expected) {
+        std::printf("%lu reads\n", reads);
+        return 0;
+      }
+      usleep(2000);  // leave the writers most of the machine
     }
   }
   return 2;

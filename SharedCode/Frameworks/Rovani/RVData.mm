@@ -5,6 +5,7 @@
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
 
+#include "Platform/RVAtomicFile.h"
 #include "Platform/RVChangedCopy.h"
 #include "Platform/RVClassType.h"
 #include "Platform/RVEncoding.h"
@@ -145,5 +146,5 @@ bool RVData::WriteToFile(RVString path) const {
 }
 
 bool RVData::WriteToFileAtomically(RVString path) const {
-  return [Ref() writeToFile:path.Ref() atomically:YES] ? true : false;
+  return RVWriteDataToFileAtomically(Ref(), path.Ref());
 }

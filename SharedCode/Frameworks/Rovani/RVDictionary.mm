@@ -10,6 +10,7 @@
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVNumber.h>
 
+#include "Platform/RVAtomicFile.h"
 #include "Platform/RVChangedCopy.h"
 #include "Platform/RVClassType.h"
 #include "Platform/RVHandleTable.h"
@@ -38,7 +39,8 @@ id PlaceholderForEmptyValue(const RVObject& value, bool plainObjectsOnly) {
 
 bool WriteDictionary(NSDictionary* dictionary, NSString* path, BOOL atomically) {
   NSData* data = RVPropertyListXMLData(dictionary);
-  return data != nil && [data writeToFile:path atomically:atomically];
+  if (data == nil) return false;
+  return atomically ? RVWriteDataToFileAtomically(data, path) : [data writeToFile:path atomically:NO];
 }
 
 }  // namespace

@@ -42,11 +42,11 @@ void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef
 
 // For any user and the current host: takes an exclusive lock on the
 // store's directory, re-reads the application's file, merges the pending
-// changes key by key, writes the result to a temporary file in the same
-// directory, flushes it and renames it over the old file, then unlocks. A
-// crash leaves the old file or the new one, never a torn one, and processes
-// that synchronise different keys lose none. New files are 0644, new
-// directories 0755.
+// changes key by key, writes the result to an unnamed file in the same
+// directory, flushes it and puts it in place of the old file, then unlocks
+// (see RVAtomicFile.h). A crash leaves the old file or the new one, never
+// a torn one, and processes that synchronise different keys lose none. The
+// file is 0644, new directories 0755.
 // Answers false, leaving the file untouched and the changes pending, when
 // the directory cannot be made or written or a pending value is not a
 // property-list object. With nothing pending it answers true and writes

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/RVAtomicFile.h"
 #include "Platform/RVPreferences.h"
 
 const CFStringRef kCFPreferencesAnyUser = (CFStringRef) @"kCFPreferencesAnyUser";
@@ -98,20 +99,6 @@ bool MakeDirectories(const std::string& dir) {
     if (next == std::string::npos) return true;
     ++next;
   }
-}
-
-bool WriteAll(int fd, const void* bytes, size_t length) {
-  const char* at = static_cast<const char*>(bytes);
-  while (length > 0) {
-    ssize_t written = write(fd, at, length);
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    at += written;
-    length -= static_cast<size_t>(written);
-  }
-  return true;
 }
 
 // The whole of an open file; nil when it cannot be read.
@@ -290,8 +277,10 @@ class AllUsersStore {
     return values;
   }
 
-  // Writers that were killed mid-write leave their temporary files behind;
-  // under the lock no writer is at work, so any there now are orphans.
+  // Writers of earlier versions, killed mid-write, left named temporary
+  // files behind; under the lock no writer is at work, so any there now are
+  // orphans. (Today's writes leave at most a side name, which the next
+  // write of the file clears.)
   static void RemoveOrphans(const std::string& dir, const std::string& name) {
     DIR* listing = opendir(dir.c_str());
     if (listing == nullptr) return;
@@ -308,7 +297,7 @@ class AllUsersStore {
   }
 
   // Under the directory lock: the file as it is now, with changes merged
-  // over it, replaces the file through a temporary one.
+  // over it, replaces the file whole.
   bool WriteMerged(const std::string& dir, int dirFD, const std::string& name,
                    NSDictionary* changes) {
     RemoveOrphans(dir, name);
@@ -338,19 +327,11 @@ class AllUsersStore {
     }
     if (xml == nil) return false;
 
-    std::string temporary = dir + "/" + TemporaryPrefix(name) + "XXXXXX";
-    std::vector<char> temporaryPath(temporary.begin(), temporary.end());
-    temporaryPath.push_back('\0');
-    int fd = mkstemp(temporaryPath.data());
-    if (fd < 0) return false;
-    bool ok = WriteAll(fd, [xml bytes], [xml length]) && fchmod(fd, 0644) == 0 && fsync(fd) == 0;
-    ok = close(fd) == 0 && ok;
-    if (ok) ok = rename(temporaryPath.data(), path.c_str()) == 0;
-    if (!ok) {
-      unlink(temporaryPath.data());
+    // Written whole or not at all; the directory lock is already ours.
+    if (!RVWriteFileAtomicallyInLockedDirectory(dirFD, name + ".plist", [xml bytes], [xml length],
+                                                0644)) {
       return false;
     }
-    fsync(dirFD);  // the rename itself reaches the disk
 
     struct stat info;
     if (stat(path.c_str(), &info) == 0) {

@@ -1,0 +1,132 @@
+#import <Foundation/Foundation.h>
+
+#include <dirent.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <Rovani/RVData.h>
+#include <Rovani/RVDictionary.h>
+#include <Rovani/RVUserDefaults.h>
+
+#include "support/TestSupport.h"
+
+namespace {
+
+std::string Contents(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::set<std::string> Entries(const std::string& dir) {
+  std::set<std::string> names;
+  if (DIR* listing = opendir(dir.c_str())) {
+    while (struct dirent* entry = readdir(listing)) {
+      std::string name = entry->d_name;
+      if (name != "." && name != "..") names.insert(name);
+    }
+    closedir(listing);
+  }
+  return names;
+}
+
+unsigned Mode(const std::string& path) {
+  struct stat info;
+  return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
+}
+
+// One generation of the three files a writer replaces: data, a dictionary
+// and the all-users defaults file. Generations differ in size, so a file
+// cut short or mixed from two shows.
+struct Generation {
+  std::string bytes;
+  RVDictionary dictionary;
+
+  explicit Generation(char mark) : bytes((mark == 'a' ? 200000 : 300000), mark) {
+    NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
+    dictionary = RVDictionary([NSDictionary dictionaryWithObject:text forKey:@"blob"]);
+  }
+
+  void Write(const ScratchDir& dir, RVUserDefaults& defaults) const {
+    RVData::DataWithBytes(bytes.data(), static_cast<unsigned>(bytes.size()))
+        .WriteToFileAtomically(dir.File("data.bin").c_str());
+    dictionary.WriteToFileAtomically(dir.File("dictionary.plist").c_str());
+    defaults.SetObjectForKey(RVString(bytes.substr(0, 1000).c_str()), "generation");
+    defaults.Synchronize();
+  }
+};
+
+}  // namespace
+
+// Writers are killed at random moments, most of them inside a write; every
+// file is then one generation whole, and nothing but the targets is in the
+// directory. A writer killed between naming its file and renaming it over
+// the target leaves the side name, which the next write of that file
+// removes.
+TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
+  ScratchDir dir;
+  std::string savedAllUsers = getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
+  setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.Path().c_str(), 1);
+  RVUserDefaults defaults = RVUserDefaults::StandardAllUsersDefaults();
+  const Generation generations[] = {Generation('a'), Generation('b')};
+  generations[0].Write(dir, defaults);
+
+  mode_t mask = umask(0);
+  umask(mask);
+  EXPECT_EQ(Mode(dir.File("data.bin")), 0666u & ~mask);
+  chmod(dir.File("data.bin").c_str(), 0640);
+  std::set<std::string> targets = Entries(dir.Path());
+  ASSERT_EQ(targets.size(), 3u);
+  targets.erase("data.bin");
+  targets.erase("dictionary.plist");
+  ASSERT_EQ(targets.size(), 1u);
+  std::string defaultsFile = dir.File(*targets.begin());
+  targets = Entries(dir.Path());
+
+  std::random_device seed;
+  unsigned seedValue = seed();
+  std::mt19937 random(seedValue);
+  std::uniform_int_distribution<int> delay(0, 6000);
+  int sideNamesSeen = 0;
+  for (int kill = 0; kill < 300; ++kill) {
+    pid_t writer = fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+      for (unsigned g = 1;; ++g) generations[g % 2].Write(dir, defaults);
+    }
+    usleep(delay(random));
+    ::kill(writer, SIGKILL);
+    waitpid(writer, nullptr, 0);
+
+    std::string data = Contents(dir.File("data.bin"));
+    ASSERT_TRUE(data == generations[0].bytes || data == generations[1].bytes)
+        << "kill " << kill << " (seed " << seedValue << "): " << data.size() << " bytes";
+    RVDictionary dictionary = RVDictionary::DictionaryWithContentsOfFile(dir.File("dictionary.plist").c_str());
+    ASSERT_TRUE(dictionary == generations[0].dictionary || dictionary == generations[1].dictionary)
+        << "kill " << kill << " (seed " << seedValue << ")";
+    NSDictionary* stored = [NSDictionary
+        dictionaryWithContentsOfFile:[NSString stringWithUTF8String:defaultsFile.c_str()]];
+    ASSERT_EQ([[stored objectForKey:@"generation"] length], 1000u) << "kill " << kill;
+    for (const std::string& name : Entries(dir.Path())) {
+      if (targets.count(name) == 0) {
+        ++sideNamesSeen;
+        ASSERT_EQ(name.rfind(".rv-tmp"), name.size() - 7) << name;
+      }
+    }
+  }
+  generations[1].Write(dir, defaults);
+  EXPECT_EQ(Entries(dir.Path()), targets) << sideNamesSeen << " side names seen";
+  EXPECT_EQ(Mode(dir.File("data.bin")), 0640u);
+  EXPECT_EQ(Mode(defaultsFile), 0644u);
+  setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", savedAllUsers.c_str(), 1);
+}
