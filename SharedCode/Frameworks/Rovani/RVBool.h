@@ -17,17 +17,20 @@ RV_EXPORT extern RVId falseBoolNumberConst;
 
 __attribute__((visibility("default")))
 @interface BoolNumber : NSObject {
-  char boolValue;
+  char boolValue;  // the byte as given, 2 included
 }
+// The truth values are BOOL's own type, unsigned char, spelled as such: a
+// byte other than 0 or 1 is kept as it came, and a BOOL-typed parameter
+// would hold a value its type does not allow.
 // The shared instance for the value, neither retained nor autoreleased.
-+ (id)boolNumberWithBool:(BOOL)value;
++ (id)boolNumberWithBool:(unsigned char)value;
 + (id)trueBoolNumber;
 + (id)falseBoolNumber;
 // Answers the shared instance when it exists (true only for exactly 1,
 // false for every other value); otherwise initialises the receiver and makes
 // it the shared instance of its truth.
-- (id)initWithBool:(BOOL)value;
-- (BOOL)boolValue;
+- (id)initWithBool:(unsigned char)value;
+- (unsigned char)boolValue;
 - (NSString*)description;
 @end
 #endif

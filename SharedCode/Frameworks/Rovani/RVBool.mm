@@ -9,7 +9,7 @@ RVId falseBoolNumberConst = nil;
 
 @implementation BoolNumber
 
-+ (id)boolNumberWithBool:(BOOL)value {
++ (id)boolNumberWithBool:(unsigned char)value {
   return value ? [self trueBoolNumber] : [self falseBoolNumber];
 }
 
@@ -25,7 +25,7 @@ RVId falseBoolNumberConst = nil;
   return falseBoolNumberConst;
 }
 
-- (id)initWithBool:(BOOL)value {
+- (id)initWithBool:(unsigned char)value {
   // Only exactly 1 looks at the true instance; the store below goes by
   // non-zero. Callers reach this through the class methods.
   id shared = (value == 1) ? trueBoolNumberConst : falseBoolNumberConst;
@@ -44,7 +44,7 @@ RVId falseBoolNumberConst = nil;
   return [self initWithBool:NO];
 }
 
-- (BOOL)boolValue {
+- (unsigned char)boolValue {
   return boolValue;
 }
 

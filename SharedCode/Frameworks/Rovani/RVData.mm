@@ -41,7 +41,8 @@ RVData& RVData::operator=(RVString string) {
   NSData* utf8 = RVEncodedBytes(string.Ref(), kRVStringEncodingUTF8);
   const char* bytes = static_cast<const char*>([utf8 bytes]);
   const NSUInteger length = [utf8 length];
-  const void* zero = memchr(bytes, 0, length);
+  // Empty text has no bytes at all (a null pointer): nothing to search.
+  const void* zero = length > 0 ? memchr(bytes, 0, length) : nullptr;
   if (zero == nullptr)
     RVObject::operator=(utf8);
   else
