@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <random>
 #include <set>
 #include <string>
@@ -53,16 +54,24 @@ struct Generation {
   RVDictionary dictionary;
 
   explicit Generation(char mark) : bytes((mark == 'a' ? 200000 : 300000), mark) {
-    NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
+    NSString* text = [NSString stringWithUTF8String:bytes.substr(0, bytes.size() / 4).c_str()];
     dictionary = RVDictionary([NSDictionary dictionaryWithObject:text forKey:@"blob"]);
   }
 
-  void Write(const ScratchDir& dir, RVUserDefaults& defaults) const {
-    RVData::DataWithBytes(bytes.data(), static_cast<unsigned>(bytes.size()))
-        .WriteToFileAtomically(dir.File("data.bin").c_str());
-    dictionary.WriteToFileAtomically(dir.File("dictionary.plist").c_str());
-    defaults.SetObjectForKey(RVString(bytes.substr(0, 1000).c_str()), "generation");
-    defaults.Synchronize();
+  // Writes file number `which`: 0 data, 1 dictionary, 2 defaults.
+  void Write(int which, const ScratchDir& dir, RVUserDefaults& defaults) const {
+    if (which == 0) {
+      RVData::DataWithBytes(bytes.data(), static_cast<unsigned>(bytes.size()))
+          .WriteToFileAtomically(dir.File("data.bin").c_str());
+    } else if (which == 1) {
+      dictionary.WriteToFileAtomically(dir.File("dictionary.plist").c_str());
+    } else {
+      defaults.SetObjectForKey(RVString(bytes.substr(0, 1000).c_str()), "generation");
+      defaults.Synchronize();
+    }
+  }
+  void WriteAll(const ScratchDir& dir, RVUserDefaults& defaults) const {
+    for (int which = 0; which < 3; ++which) Write(which, dir, defaults);
   }
 };
 
@@ -79,7 +88,7 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
   setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.Path().c_str(), 1);
   RVUserDefaults defaults = RVUserDefaults::StandardAllUsersDefaults();
   const Generation generations[] = {Generation('a'), Generation('b')};
-  generations[0].Write(dir, defaults);
+  generations[0].WriteAll(dir, defaults);
 
   mode_t mask = umask(0);
   umask(mask);
@@ -90,19 +99,33 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
   targets.erase("data.bin");
   targets.erase("dictionary.plist");
   ASSERT_EQ(targets.size(), 1u);
-  std::string defaultsFile = dir.File(*targets.begin());
+  const std::string names[] = {"data.bin", "dictionary.plist", *targets.begin()};
+  std::string defaultsFile = dir.File(names[2]);
   targets = Entries(dir.Path());
+  // Each replacement gives a file a new inode.
+  int replaced = 0;
+  std::map<std::string, ino_t> inodes;
+  auto countReplaced = [&] {
+    for (const std::string& name : names) {
+      struct stat info;
+      if (stat(dir.File(name).c_str(), &info) != 0) continue;
+      if (inodes.count(name) != 0 && inodes[name] != info.st_ino) ++replaced;
+      inodes[name] = info.st_ino;
+    }
+  };
+  countReplaced();
 
   std::random_device seed;
   unsigned seedValue = seed();
   std::mt19937 random(seedValue);
-  std::uniform_int_distribution<int> delay(0, 6000);
+  std::uniform_int_distribution<int> delay(0, 10000);
   int sideNamesSeen = 0;
   for (int kill = 0; kill < 300; ++kill) {
     pid_t writer = fork();
     ASSERT_GE(writer, 0);
     if (writer == 0) {
-      for (unsigned g = 1;; ++g) generations[g % 2].Write(dir, defaults);
+      // Each writer starts on another of the three files.
+      for (int step = kill;; ++step) generations[(step / 3 + kill) % 2].Write(step % 3, dir, defaults);
     }
     usleep(delay(random));
     ::kill(writer, SIGKILL);
@@ -114,6 +137,7 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
     RVDictionary dictionary = RVDictionary::DictionaryWithContentsOfFile(dir.File("dictionary.plist").c_str());
     ASSERT_TRUE(dictionary == generations[0].dictionary || dictionary == generations[1].dictionary)
         << "kill " << kill << " (seed " << seedValue << ")";
+    countReplaced();
     NSDictionary* stored = [NSDictionary
         dictionaryWithContentsOfFile:[NSString stringWithUTF8String:defaultsFile.c_str()]];
     ASSERT_EQ([[stored objectForKey:@"generation"] length], 1000u) << "kill " << kill;
@@ -124,7 +148,9 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
       }
     }
   }
-  generations[1].Write(dir, defaults);
+  // Some writers lived to replace files, so kills fell in every part of it.
+  EXPECT_GT(replaced, 0);
+  generations[1].WriteAll(dir, defaults);
   EXPECT_EQ(Entries(dir.Path()), targets) << sideNamesSeen << " side names seen";
   EXPECT_EQ(Mode(dir.File("data.bin")), 0640u);
   EXPECT_EQ(Mode(defaultsFile), 0644u);
