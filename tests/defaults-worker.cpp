@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
         std::printf("%lu reads\n", reads);
         return 0;
       }
-      usleep(10000);  // leave the writers most of the machine
+      usleep(50000);  // leave the writers most of the machine
     }
   }
   return 2;
