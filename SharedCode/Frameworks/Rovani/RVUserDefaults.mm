@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include <Rovani/RVBool.h>
+#include <Rovani/RVBundle.h>
 #include <Rovani/RVUserDefaults.h>
 
 #include "Platform/RVClassType.h"
@@ -11,7 +12,7 @@ namespace {
 // The main bundle's identifier, asked for once per object; empty when the
 // bundle has none, which the preferences layer reads as the process's own
 // application domain.
-RVString MainBundleIdentifier() { return RVString([[NSBundle mainBundle] bundleIdentifier]); }
+RVString MainBundleIdentifier() { return RVBundle::MainBundle().BundleIdentifier(); }
 
 }  // namespace
 
