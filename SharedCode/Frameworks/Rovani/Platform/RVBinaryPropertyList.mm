@@ -103,9 +103,11 @@ class BinaryReader {
   }
 
   // References of count objects at position, each an index below the object
-  // count.
+  // count. A dictionary has two per entry, so twice the object limit.
   bool References(size_t position, uint64_t count, std::vector<uint64_t>* refs) const {
-    if (count > tableOffset_ / refWidth_ || !Fits(position, count * refWidth_)) return false;
+    if (count > kRVPropertyListMaxObjects * 2 || count > tableOffset_ / refWidth_ ||
+        !Fits(position, count * refWidth_))
+      return false;
     refs->resize(static_cast<size_t>(count));
     for (uint64_t i = 0; i < count; ++i) {
       uint64_t ref = BigEndian(bytes_ + position + i * refWidth_, refWidth_);

@@ -6,7 +6,8 @@
 
 #include <cstddef>
 
-// The property list held in length bytes of UTF-8 XML, immutable and
+// The property list held in length bytes of UTF-8 XML (a declaration may
+// name UTF-16 for text converted from it), immutable and
 // autoreleased, or nil when the text is not a well-formed property list or
 // nests deeper than kRVPropertyListMaxDepth or holds more than
 // kRVPropertyListMaxObjects objects. Reads CDATA sections, the predefined and

@@ -304,7 +304,8 @@ class XMLReader {
     }
   }
 
-  // <?xml ... ?>: only UTF-8 (or its ASCII subset) is read.
+  // <?xml ... ?>: the text is UTF-8 (or its ASCII subset); text declared
+  // UTF-16 has been converted to UTF-8 before it gets here.
   bool ReadDeclaration() {
     pos_ += 5;
     bool empty;
@@ -312,7 +313,8 @@ class XMLReader {
     if (!SkipAttributes(&empty, &encoding, true)) return false;
     for (char& c : encoding) c = static_cast<char>(toupper(static_cast<unsigned char>(c)));
     return encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" ||
-           encoding == "ASCII";
+           encoding == "ASCII" || encoding == "UTF-16" || encoding == "UTF-16LE" ||
+           encoding == "UTF-16BE";
   }
 
   // White space, comments, processing instructions and (before the root) a
