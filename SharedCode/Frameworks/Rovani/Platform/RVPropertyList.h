@@ -26,7 +26,8 @@ NSData* RVPropertyListXMLData(id list);
 // The format is recognised from the first bytes:
 // - "bplist00": a binary property list, read by the library's own
 //   bounds-checked reader (RVBinaryPropertyList.h);
-// - "<?xml" or "<plist" after an optional byte-order mark and white space:
+// - "<?", "<!" or "<plist" after an optional byte-order mark and white
+//   space (a declaration, comment or document type, or the plist element):
 //   an XML property list, read by the library's own reader
 //   (RVXMLPropertyList.h);
 // - UTF-16 with a byte-order mark: decoded, then read as the text it holds;
