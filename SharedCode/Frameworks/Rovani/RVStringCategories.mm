@@ -7,19 +7,24 @@
 - (void)replaceOccurrencesOfStringMB:(NSString*)target withString:(NSString*)replacement {
   if (target == nil || [target length] == 0) return;
   if (replacement == nil) replacement = @"";
-  // A replacement that contains the target is refused outright rather than
-  // risking a loop.
-  if ([replacement rangeOfString:target options:NSLiteralSearch].length != 0) return;
+  // A receiver the platform cannot search (it raises, for instance on text
+  // it cannot take apart) is left as it is.
+  @try {
+    // A replacement that contains the target is refused outright rather
+    // than risking a loop.
+    if ([replacement rangeOfString:target options:NSLiteralSearch].length != 0) return;
 
-  NSRange found = [self rangeOfString:target
-                              options:NSLiteralSearch
-                                range:NSMakeRange(0, [self length])];
-  while (found.length != 0) {
-    [self replaceCharactersInRange:found withString:replacement];
-    NSUInteger start = found.location + [replacement length];
-    found = [self rangeOfString:target
-                        options:NSLiteralSearch
-                          range:NSMakeRange(start, [self length] - start)];
+    NSRange found = [self rangeOfString:target
+                                options:NSLiteralSearch
+                                  range:NSMakeRange(0, [self length])];
+    while (found.length != 0) {
+      [self replaceCharactersInRange:found withString:replacement];
+      NSUInteger start = found.location + [replacement length];
+      found = [self rangeOfString:target
+                          options:NSLiteralSearch
+                            range:NSMakeRange(start, [self length] - start)];
+    }
+  } @catch (NSException*) {
   }
 }
 
@@ -29,9 +34,21 @@
 
 - (NSString*)stringByReplacingOccurrencesOfStringMB:(NSString*)target
                                          withString:(NSString*)replacement {
-  NSMutableString* working = [NSMutableString stringWithString:self];
-  [working replaceOccurrencesOfStringMB:target withString:replacement];
-  return [NSString stringWithString:working];
+  // GNUstep cannot copy every string it holds: one with an unpaired UTF-16
+  // surrogate copies to nil (and copying nil raises). Such a receiver, or
+  // any the platform fails to search, answers itself unchanged.
+  NSMutableString* working = nil;
+  NSString* result = nil;
+  @try {
+    working = [NSMutableString stringWithString:self];
+    if (working != nil) {
+      [working replaceOccurrencesOfStringMB:target withString:replacement];
+      result = [NSString stringWithString:working];
+    }
+  } @catch (NSException*) {
+    result = nil;
+  }
+  return result != nil ? result : self;
 }
 
 + (NSString*)stringWithStringMB:(NSString*)source

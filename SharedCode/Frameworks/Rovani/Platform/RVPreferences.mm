@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "Platform/RVPreferences.h"
+#include "Platform/RVPropertyList.h"
 
 const CFStringRef kCFPreferencesAnyUser = (CFStringRef) @"kCFPreferencesAnyUser";
 const CFStringRef kCFPreferencesCurrentUser = (CFStringRef) @"kCFPreferencesCurrentUser";
@@ -130,18 +131,10 @@ NSData* ReadAll(int fd) {
 }
 
 // The dictionary a file's bytes hold; nil for anything else (empty,
-// truncated, not a property list, not a dictionary). Autoreleased.
+// truncated, not a property list, not a dictionary). Autoreleased. Read by
+// the library's guarded property-list entry, like every other list.
 NSDictionary* DictionaryFromBytes(NSData* bytes) {
-  if ([bytes length] == 0) return nil;
-  id parsed = nil;
-  @try {
-    parsed = [NSPropertyListSerialization propertyListWithData:bytes
-                                                       options:NSPropertyListImmutable
-                                                        format:nullptr
-                                                         error:nullptr];
-  } @catch (NSException*) {
-    parsed = nil;
-  }
+  id parsed = RVPropertyListFromBytes([bytes bytes], [bytes length]);
   return [parsed isKindOfClass:[NSDictionary class]] ? parsed : nil;
 }
 
