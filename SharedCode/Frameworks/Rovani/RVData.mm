@@ -40,6 +40,7 @@ RVData& RVData::operator=(RVString string) {
   NSData* utf8 = RVEncodedBytes(string.Ref(), kRVStringEncodingUTF8);
   const char* bytes = static_cast<const char*>([utf8 bytes]);
   const NSUInteger length = [utf8 length];
+  if (length == 0) return *this;  // nil, empty, or no bytes at all
   const void* zero = memchr(bytes, 0, length);
   if (zero == nullptr)
     RVObject::operator=(utf8);
