@@ -22,6 +22,9 @@ RVUserDefaults::RVUserDefaults()
 RVUserDefaults::RVUserDefaults(bool allUsers)
     : RVObject(), applicationID_(MainBundleIdentifier()), allUsers_(allUsers) {}
 
+RVUserDefaults::RVUserDefaults(const RVString& applicationID, bool allUsers)
+    : RVObject(), applicationID_(applicationID), allUsers_(allUsers) {}
+
 RVUserDefaults::~RVUserDefaults() {}
 
 RVUserDefaults RVUserDefaults::StandardUserDefaults() { return RVUserDefaults(); }
@@ -41,6 +44,13 @@ RVObject* RVUserDefaults::ObjectForKey(RVString key) const {
   RVObject* made = RVObject::Create(value);
   [value release];
   return made;
+}
+
+RVDictionary RVUserDefaults::DictionaryRepresentation() const {
+  NSDictionary* domain = (NSDictionary*)RVPreferencesCopyDomain((CFStringRef)applicationID_.Ref());
+  RVDictionary result(domain);
+  [domain release];
+  return result;
 }
 
 namespace {

@@ -191,6 +191,27 @@ class AllUsersStore {
     return [[CurrentValues(FilePath(AllUsersDirectory(), name)) objectForKey:key] retain];
   }
 
+  // Every key the application's file holds, with the pending changes
+  // applied. Autoreleased.
+  NSDictionary* Values(NSString* application) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    NSMutableDictionary* values = [NSMutableDictionary dictionary];
+    std::string name = [application UTF8String];
+    if (IsUsableFileName(name)) {
+      [values addEntriesFromDictionary:CurrentValues(FilePath(AllUsersDirectory(), name))];
+    }
+    NSDictionary* changes = [pending_ objectForKey:application];
+    for (id key in changes) {
+      id change = [changes objectForKey:key];
+      if (change == RemovedMarker()) {
+        [values removeObjectForKey:key];
+      } else {
+        [values setObject:change forKey:key];
+      }
+    }
+    return values;
+  }
+
   bool Synchronize(NSString* application) {
     std::lock_guard<std::mutex> hold(mutex_);
     NSDictionary* changes = [pending_ objectForKey:application];
@@ -434,4 +455,21 @@ CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applica
   id value = [StandardDefaultsFor(application) objectForKey:(NSString*)key];
   if (value != nil) return (CFPropertyListRef)[value retain];
   return (CFPropertyListRef)AllUsersStore::Shared().CopyValue(application, (NSString*)key);
+}
+
+CFDictionaryRef RVPreferencesCopyDomain(CFStringRef applicationID) {
+  NSString* application = ResolvedApplicationID(applicationID);
+  NSMutableDictionary* domain = [[NSMutableDictionary alloc] init];
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  @try {
+    [domain addEntriesFromDictionary:AllUsersStore::Shared().Values(application)];
+    [domain addEntriesFromDictionary:
+                [[NSUserDefaults standardUserDefaults] persistentDomainForName:application]];
+  } @catch (NSException*) {
+    // A domain GNUstep cannot read holds nothing for the current user.
+  }
+  [pool drain];
+  NSDictionary* result = [domain copy];
+  [domain release];
+  return (CFDictionaryRef)result;
 }
