@@ -45,6 +45,8 @@ RVString FromUtf8(const std::string& bytes);
 // Throws InputError naming the line and column or the key path.
 // objectOnly false lets any value stand at the top.
 void CheckJson(const std::string& text, bool forPropertyList, bool objectOnly = true);
+// The offset of the first byte that does not belong to UTF-8 text, or npos.
+size_t FirstNonUtf8(const std::string& bytes);
 // A key path in messages: a.b, a["odd key"], a.list[2].
 std::string MemberPath(const std::string& path, const std::string& key);
 

@@ -57,7 +57,11 @@ bool BoolOf(const RVObject& value) {
   return static_cast<bool>(dynamic_cast<const RVNumber&>(value));
 }
 
-std::string Where(const std::string& path) { return path.empty() ? "the top level" : path; }
+// Paths of deeply nested values are shown by their last part.
+std::string Where(const std::string& path) {
+  if (path.empty()) return "the top level";
+  return path.size() <= 100 ? path : "..." + path.substr(path.size() - 97);
+}
 
 // The keys of a dictionary, each with its UTF-8 text, in byte order.
 std::vector<std::pair<std::string, RVString>> SortedKeys(const RVDictionary& dictionary) {
@@ -87,13 +91,13 @@ void CheckPropertyListText(const std::string& text, const std::string& path) {
     unsigned char c = static_cast<unsigned char>(text[i]);
     if (c >= 0xF0) {
       throw InputError{"a character beyond U+FFFF at " + Where(path) +
-                       ", which GNUstep's property lists do not keep"};
+                       ": GNUstep's property lists do not keep it"};
     }
     if (c == '\\' && i + 5 < text.size() + 0 && text[i + 1] == 'U' &&
         std::all_of(text.begin() + i + 2, text.begin() + i + 6,
                     [](char h) { return std::isxdigit(static_cast<unsigned char>(h)); })) {
       throw InputError{"the text \\U and four hexadecimal digits at " + Where(path) +
-                       ", which GNUstep's property-list reader turns into a character"};
+                       ": GNUstep's property-list reader would turn it into a character"};
     }
   }
 }
@@ -115,7 +119,7 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
         std::string childPath = MemberPath(path, key.first);
         if (target == Target::Json && key.first.empty()) {
           throw InputError{"an empty key in " + Where(path) +
-                           ", where the library's JSON writer stops"};
+                           ": the library's JSON writer stops at it"};
         }
         if (target == Target::PropertyList) CheckPropertyListText(key.first, childPath);
         std::unique_ptr<RVObject> child(dictionary.ValueForKey(key.second));
@@ -161,7 +165,7 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
         long number = static_cast<long>(static_cast<const RVNumber&>(value));
         if (number < INT_MIN || number > INT_MAX) {
           throw InputError{"the integer " + std::to_string(number) + " at " + Where(path) +
-                           " is outside the 32-bit range the library's JSON writer keeps"};
+                           ": the library's JSON writer keeps only 32-bit integers"};
         }
       }
       return nullptr;
@@ -171,19 +175,19 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
     case Kind::Data:
       if (target == Target::Json) {
         throw InputError{std::string(KindOf(value) == Kind::Date ? "a date" : "data") + " at " +
-                         Where(path) + ", which JSON has no form for"};
+                         Where(path) + ": JSON has no form for it"};
       }
       return nullptr;
     case Kind::Null:
       if (target == Target::PropertyList) {
-        throw InputError{"null at " + Where(path) + ", which a property list cannot hold"};
+        throw InputError{"null at " + Where(path) + ": a property list cannot hold null"};
       }
       return nullptr;
     case Kind::Other:
       break;
   }
   throw InputError{"a value of class " + Utf8(value.ObjectsClassType()) + " at " + Where(path) +
-                   ", which " + writer + " cannot hold"};
+                   ": " + writer + " cannot hold it"};
 }
 
 // A dictionary that holds no entries (a handle that holds nothing is no
@@ -325,6 +329,12 @@ Format Recognise(const std::string& bytes) {
 
 RVDictionary LoadDocument(const std::string& bytes, bool forPropertyList) {
   if (Recognise(bytes) == Format::PropertyList) {
+    // GNUstep reads text that is not UTF-8 as no dictionary at all, and
+    // only logs it.
+    size_t bad = FirstNonUtf8(bytes);
+    if (bad != std::string::npos) {
+      throw InputError{"byte " + std::to_string(bad) + ": text that is not UTF-8"};
+    }
     RVDictionary root(RVData::DataWithBytes(bytes.data(), static_cast<unsigned int>(bytes.size())));
     if (root.Ref() == nullptr) {
       std::string top = TopElement(bytes);

@@ -1,6 +1,9 @@
 // A strict reading of JSON text before the library parses it: the
 // library's reader reports only that a text failed, and its trees cannot
 // hold everything JSON can, so this pass says what is wrong and where.
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
 #include <string>
 
 #include "Cli.h"
@@ -28,7 +31,9 @@ class Scanner {
     if (at_ >= text_.size()) Fail("the document is empty");
     char first = text_[at_];
     if (objectOnly_ && first != '{') {
-      Fail(std::string("the top level is ") + KindAt(first) + ", not an object");
+      const char* kind = KindAt(first);
+      if (kind == nullptr) Fail("not a JSON document or an XML property list");
+      Fail(std::string("the top level is ") + kind + ", not an object");
     }
     Value("", 0, false);
     SkipBlank();
@@ -42,7 +47,7 @@ class Scanner {
       case '"': return "a string";
       case 't': case 'f': return "a boolean";
       case 'n': return "null";
-      default: return (c == '-' || (c >= '0' && c <= '9')) ? "a number" : "not JSON";
+      default: return (c == '-' || (c >= '0' && c <= '9')) ? "a number" : nullptr;
     }
   }
 
@@ -170,6 +175,7 @@ class Scanner {
   }
 
   void Number() {
+    size_t start = at_;
     if (text_[at_] == '-') ++at_;
     if (at_ >= text_.size() || !isdigit(static_cast<unsigned char>(text_[at_]))) Fail("malformed number");
     if (text_[at_] == '0') {
@@ -187,6 +193,11 @@ class Scanner {
       if (at_ < text_.size() && (text_[at_] == '+' || text_[at_] == '-')) ++at_;
       if (at_ >= text_.size() || !isdigit(static_cast<unsigned char>(text_[at_]))) Fail("malformed number");
       while (at_ < text_.size() && isdigit(static_cast<unsigned char>(text_[at_]))) ++at_;
+    }
+    // The library's reader refuses what a double cannot hold.
+    if (std::isinf(std::strtod(text_.substr(start, at_ - start).c_str(), nullptr))) {
+      at_ = start;
+      Fail("number out of range");
     }
   }
 
@@ -255,6 +266,19 @@ class Scanner {
 };
 
 }  // namespace
+
+size_t FirstNonUtf8(const std::string& bytes) {
+  for (size_t at = 0; at < bytes.size();) {
+    unsigned char c = static_cast<unsigned char>(bytes[at]);
+    size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+    if (length == 0 || at + length > bytes.size()) return at;
+    for (size_t i = 1; i < length; ++i) {
+      if ((static_cast<unsigned char>(bytes[at + i]) & 0xC0) != 0x80) return at;
+    }
+    at += length;
+  }
+  return std::string::npos;
+}
 
 std::string MemberPath(const std::string& path, const std::string& key) {
   bool plain = !key.empty();
