@@ -36,6 +36,9 @@ TEST(Data, StringsBecomeBytesWithTheRightTerminators) {
   for (unsigned int code = 0; code <= 7; ++code)
     EXPECT_TRUE(RVData::DataWithStringUsingEncoding(RVString(), code).IsEmpty());
   EXPECT_TRUE(RVData(RVString()).IsEmpty());
+  EXPECT_TRUE(RVData(RVString(static_cast<const char*>(nullptr))).IsEmpty());
+  // Bytes that are no UTF-8 make a nil string, which gives empty data.
+  EXPECT_TRUE(RVData(RVString::StringWithCStringUsingEncoding("caf\x8e", 0)).IsEmpty());
   EXPECT_TRUE(log.Lines().empty());
 
   RVData fallback = RVData::DataWithStringUsingEncoding("h\xC3\xA9", 7);

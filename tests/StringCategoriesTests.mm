@@ -42,6 +42,19 @@ TEST(StringExtensions, ReplaceAllIsLiteralLeftToRightAndNeverLoops) {
             nil);
 }
 
+TEST(StringExtensions, UnsearchableReceiverAnswersItselfUnchanged) {
+  // GNUstep holds an unpaired surrogate in a formatted string but cannot
+  // copy it (the copy is nil).
+  NSString* broken = [NSString stringWithFormat:@"a%Cb", (unichar)0xD800];
+  ASSERT_EQ([broken length], 3u);
+  EXPECT_EQ([broken stringByReplacingOccurrencesOfStringMB:@"a" withString:@"x"], broken);
+  EXPECT_EQ([broken stringByReplacingOccurrencesOfStringMB:@"zz" withString:@"x"], broken);
+  EXPECT_EQ([NSString stringWithStringMB:broken replacingOccurrencesOfString:@"b" withString:@"c"],
+            broken);
+  RVString handle((RVId)broken);
+  EXPECT_EQ(handle.StringByReplacingOccurrencesOfStringWithString("a", "x").Ref(), broken);
+}
+
 TEST(StringExtensions, LocaleIdentifierParts) {
   EXPECT_EQ(Text(RVString((RVId)[@"en_US" languageCode])), "en");
   EXPECT_EQ(Text(RVString((RVId)[@"en_US" countryCode])), "US");

@@ -289,3 +289,35 @@ TEST(UserDefaultsProcesses, NextProcessReadsWhatOneWrote) {
   EXPECT_EQ(output, "from the first");
   EXPECT_EQ(access((workers.UserDir() + "/rovani_defaults_worker.plist").c_str(), F_OK), 0);
 }
+
+TEST(UserDefaults, NamedDomainAndItsWholeContents) {
+  ScratchDir scratch;
+  UseAllUsersDirectory(scratch.File("all"));
+  RVUserDefaults mine("com.example.named", false);
+  RVUserDefaults everyone("com.example.named", true);
+  EXPECT_TRUE(everyone.AccessingAllUsersDefaults());
+  EXPECT_EQ(mine.DictionaryRepresentation().Count(), 0u);
+
+  // Pending all-users values count; the current user's win.
+  everyone.SetObjectForKey(RVString("machine"), "shared");
+  everyone.SetObjectForKey(RVString("machine"), "only.machine");
+  mine.SetObjectForKey(RVString("mine"), "shared");
+  RVDictionary whole = everyone.DictionaryRepresentation();
+  EXPECT_EQ(whole.Count(), 2u);
+  EXPECT_EQ(Text(whole.StringForKey("shared")), "mine");
+  EXPECT_EQ(Text(whole.StringForKey("only.machine")), "machine");
+  EXPECT_TRUE(everyone.Synchronize());
+  EXPECT_NSEQ([PlistAt(scratch.File("all/com.example.named.plist")) objectForKey:@"shared"],
+              @"machine");
+
+  // Only the domain: neither this program's own settings nor its arguments.
+  RVUserDefaults::StandardUserDefaults().SetIntegerForKey(1, "named.own");
+  EXPECT_EQ(mine.DictionaryRepresentation().ObjectsClassTypeForKey("named.own").Length(), 0u);
+  RVUserDefaults::StandardUserDefaults().SetObjectForKey(RVObject(), "named.own");
+
+  mine.SetObjectForKey(RVObject(), "shared");
+  everyone.RemoveObjectForKey("shared");
+  everyone.RemoveObjectForKey("only.machine");
+  EXPECT_TRUE(everyone.Synchronize());
+  EXPECT_EQ(mine.DictionaryRepresentation().Count(), 0u);
+}

@@ -11,7 +11,7 @@ deb=$(ls "$work"/rovani_*.deb)
 contents=$(dpkg-deb -c "$deb" | awk '{print $6}')
 for wanted in ./usr/include/Rovani/Rovani.h ./usr/include/Rovani/RVString.h \
               ./usr/lib/cmake/Rovani/RovaniConfig.cmake ./usr/lib/cmake/Rovani/RovaniConfigVersion.cmake \
-              ./usr/lib/pkgconfig/rovani.pc ./usr/lib/librovani.so.0 \
+              ./usr/lib/pkgconfig/rovani.pc ./usr/lib/librovani.so.0 ./usr/bin/rovani \
               "./usr/lib/librovani.so.$(dpkg-deb -f "$deb" Version)"; do
   grep -qxF "$wanted" <<< "$contents" || { echo "missing from the package: $wanted"; exit 1; }
 done

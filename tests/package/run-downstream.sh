@@ -18,6 +18,12 @@ cmake --build "$work/cmake-build" > /dev/null
 pc_dir=$(dirname "$(find "$work/prefix" -name rovani.pc | head -n 1)")
 export PKG_CONFIG_PATH=$pc_dir
 pkg-config --atleast-version 0.2 rovani
+# The installed program runs and finds the installed library on its own.
+version=$("$work/prefix/bin/rovani" --version)
+if [ "$version" != "rovani $(pkg-config --modversion rovani)" ]; then
+  echo "unexpected version line from the installed rovani: $version"
+  exit 1
+fi
 lib_dir=$(pkg-config --variable=libdir rovani)
 # shellcheck disable=SC2046
 g++ "$source_dir/downstream/main.cpp" $(pkg-config --cflags --libs rovani) \

@@ -41,8 +41,8 @@ RVData& RVData::operator=(RVString string) {
   NSData* utf8 = RVEncodedBytes(string.Ref(), kRVStringEncodingUTF8);
   const char* bytes = static_cast<const char*>([utf8 bytes]);
   const NSUInteger length = [utf8 length];
-  // Empty text has no bytes at all (a null pointer): nothing to search.
-  const void* zero = length > 0 ? memchr(bytes, 0, length) : nullptr;
+  if (length == 0) return *this;  // nil, empty, or no bytes at all
+  const void* zero = memchr(bytes, 0, length);
   if (zero == nullptr)
     RVObject::operator=(utf8);
   else

@@ -77,30 +77,22 @@ RVDictionary& RVDictionary::operator=(CFDictionaryRef dictionary) {
 }
 
 RVDictionary& RVDictionary::operator=(const RVData& data) {
-  RVString text(data);
-  id list = RVPropertyListFromString(text.Ref());
-  if (list == nil) list = RVPropertyListFromData(data.Ref());
-  [list retain];
-
+  id list = RVPropertyListFromBytes(data.Bytes(), data.Length());
   if ([list isKindOfClass:[NSDictionary class]]) {
     RVObject::operator=(list);
-  } else {
-    // Read the text as the inside of a dictionary element.
-    NSString* wrapped = [NSString stringWithFormat:kDictionaryBodyTemplate, text.Ref()];
-    if (wrapped != nil) {
-      // The byte count is the text's length in UTF-16 units, so text with
-      // non-ASCII characters is cut short by the difference.
-      NSData* document = [NSData dataWithBytes:[wrapped UTF8String] length:[wrapped length]];
-      [list release];
-      list = [RVPropertyListFromData(document) retain];
-      if (![list isKindOfClass:[NSDictionary class]]) {
-        [list release];
-        list = nil;
-      }
-      RVObject::operator=(list);
-    }
+    return *this;
   }
-  [list release];
+  // Read the text as the inside of a dictionary element.
+  RVString text(data);
+  NSString* wrapped = [NSString stringWithFormat:kDictionaryBodyTemplate, text.Ref()];
+  if (wrapped != nil) {
+    // The byte count is the text's length in UTF-16 units, so text with
+    // non-ASCII characters is cut short by the difference (and then reads
+    // as no dictionary).
+    list = RVPropertyListFromBytes([wrapped UTF8String], [wrapped length]);
+    if (![list isKindOfClass:[NSDictionary class]]) list = nil;
+    RVObject::operator=(list);
+  }
   return *this;
 }
 
@@ -256,12 +248,7 @@ RVDictionary& RVDictionary::operator+=(CFDictionaryRef other) {
 // Files
 
 RVDictionary RVDictionary::DictionaryWithContentsOfFile(const RVString& path) {
-  id contents = nil;
-  @try {
-    contents = [NSDictionary dictionaryWithContentsOfFile:path.Ref()];
-  } @catch (NSException*) {
-    contents = nil;
-  }
+  id contents = RVPropertyListFromFile(path.Ref());
   if (![contents isKindOfClass:[NSDictionary class]]) contents = nil;
   return RVDictionary(static_cast<RVId>(contents));
 }

@@ -2,7 +2,8 @@
 // user (the standard store) or for every user of this machine (the
 // all-users store). The settings live in the application's preferences
 // domain, named by its main bundle's identifier (the process name when the
-// bundle has none). The handle itself holds no object.
+// bundle has none) or, for a tool that manages another application's
+// settings, by the name it is given. The handle itself holds no object.
 //
 // Reading goes through the same path in both modes: the current user's
 // value for the application first, then every user's value.
@@ -22,6 +23,10 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   // The standard store.
   RVUserDefaults();
   RVUserDefaults(bool allUsers);
+  // The store of the named domain (an application identifier such as
+  // "com.example.app") instead of this program's own. An empty name stands
+  // for this program's own domain, its process name.
+  RVUserDefaults(const RVString& applicationID, bool allUsers);
   ~RVUserDefaults() override;
 
   static RVUserDefaults StandardUserDefaults();
@@ -32,6 +37,12 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   // A new heap handle of the class that fits the stored value (the caller
   // deletes it), or null when the key has no value.
   RVObject* ObjectForKey(RVString key) const;
+  // Every key of the domain with its value, whichever store this object is
+  // for: the current user's values over every user's, all-users changes
+  // still pending in this process included. Only the domain itself: unlike
+  // ObjectForKey it sees neither the process's arguments nor other domains.
+  // A dictionary without entries when the domain holds nothing.
+  RVDictionary DictionaryRepresentation() const;
   // The typed getters answer the empty or zero result when the key is
   // missing or holds another type. In the second case the handle made for
   // the value is not deleted: it leaks, as callers of this class have

@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include <Rovani/RVBool.h>
+#include <Rovani/RVBundle.h>
 #include <Rovani/RVUserDefaults.h>
 
 #include "Platform/RVClassType.h"
@@ -11,7 +12,7 @@ namespace {
 // The main bundle's identifier, asked for once per object; empty when the
 // bundle has none, which the preferences layer reads as the process's own
 // application domain.
-RVString MainBundleIdentifier() { return RVString([[NSBundle mainBundle] bundleIdentifier]); }
+RVString MainBundleIdentifier() { return RVBundle::MainBundle().BundleIdentifier(); }
 
 }  // namespace
 
@@ -20,6 +21,9 @@ RVUserDefaults::RVUserDefaults()
 
 RVUserDefaults::RVUserDefaults(bool allUsers)
     : RVObject(), applicationID_(MainBundleIdentifier()), allUsers_(allUsers) {}
+
+RVUserDefaults::RVUserDefaults(const RVString& applicationID, bool allUsers)
+    : RVObject(), applicationID_(applicationID), allUsers_(allUsers) {}
 
 RVUserDefaults::~RVUserDefaults() {}
 
@@ -40,6 +44,13 @@ RVObject* RVUserDefaults::ObjectForKey(RVString key) const {
   RVObject* made = RVObject::Create(value);
   [value release];
   return made;
+}
+
+RVDictionary RVUserDefaults::DictionaryRepresentation() const {
+  NSDictionary* domain = (NSDictionary*)RVPreferencesCopyDomain((CFStringRef)applicationID_.Ref());
+  RVDictionary result(domain);
+  [domain release];
+  return result;
 }
 
 namespace {

@@ -63,4 +63,11 @@ Boolean CFPreferencesSynchronize(CFStringRef applicationID, CFStringRef userName
 // values.
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applicationID);
 
+// Every key of the application's domain with its value (+1, never null):
+// every user's values for this host, pending changes included, with the
+// current user's persistent values for the application over them. Unlike
+// CFPreferencesCopyAppValue it holds only the domain itself: no process
+// arguments and none of the rest of GNUstep's search list.
+CFDictionaryRef RVPreferencesCopyDomain(CFStringRef applicationID);
+
 #endif

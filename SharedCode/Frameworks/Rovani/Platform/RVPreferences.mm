@@ -16,6 +16,7 @@
 
 #include "Platform/RVAtomicFile.h"
 #include "Platform/RVPreferences.h"
+#include "Platform/RVPropertyList.h"
 
 const CFStringRef kCFPreferencesAnyUser = (CFStringRef) @"kCFPreferencesAnyUser";
 const CFStringRef kCFPreferencesCurrentUser = (CFStringRef) @"kCFPreferencesCurrentUser";
@@ -117,18 +118,10 @@ NSData* ReadAll(int fd) {
 }
 
 // The dictionary a file's bytes hold; nil for anything else (empty,
-// truncated, not a property list, not a dictionary). Autoreleased.
+// truncated, not a property list, not a dictionary). Autoreleased. Read by
+// the library's guarded property-list entry, like every other list.
 NSDictionary* DictionaryFromBytes(NSData* bytes) {
-  if ([bytes length] == 0) return nil;
-  id parsed = nil;
-  @try {
-    parsed = [NSPropertyListSerialization propertyListWithData:bytes
-                                                       options:NSPropertyListImmutable
-                                                        format:nullptr
-                                                         error:nullptr];
-  } @catch (NSException*) {
-    parsed = nil;
-  }
+  id parsed = RVPropertyListFromBytes([bytes bytes], [bytes length]);
   return [parsed isKindOfClass:[NSDictionary class]] ? parsed : nil;
 }
 
@@ -183,6 +176,27 @@ class AllUsersStore {
     std::string name = [application UTF8String];
     if (!IsUsableFileName(name)) return nil;
     return [[CurrentValues(FilePath(AllUsersDirectory(), name)) objectForKey:key] retain];
+  }
+
+  // Every key the application's file holds, with the pending changes
+  // applied. Autoreleased.
+  NSDictionary* Values(NSString* application) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    NSMutableDictionary* values = [NSMutableDictionary dictionary];
+    std::string name = [application UTF8String];
+    if (IsUsableFileName(name)) {
+      [values addEntriesFromDictionary:CurrentValues(FilePath(AllUsersDirectory(), name))];
+    }
+    NSDictionary* changes = [pending_ objectForKey:application];
+    for (id key in changes) {
+      id change = [changes objectForKey:key];
+      if (change == RemovedMarker()) {
+        [values removeObjectForKey:key];
+      } else {
+        [values setObject:change forKey:key];
+      }
+    }
+    return values;
   }
 
   bool Synchronize(NSString* application) {
@@ -422,4 +436,21 @@ CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applica
   id value = [StandardDefaultsFor(application) objectForKey:(NSString*)key];
   if (value != nil) return (CFPropertyListRef)[value retain];
   return (CFPropertyListRef)AllUsersStore::Shared().CopyValue(application, (NSString*)key);
+}
+
+CFDictionaryRef RVPreferencesCopyDomain(CFStringRef applicationID) {
+  NSString* application = ResolvedApplicationID(applicationID);
+  NSMutableDictionary* domain = [[NSMutableDictionary alloc] init];
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  @try {
+    [domain addEntriesFromDictionary:AllUsersStore::Shared().Values(application)];
+    [domain addEntriesFromDictionary:
+                [[NSUserDefaults standardUserDefaults] persistentDomainForName:application]];
+  } @catch (NSException*) {
+    // A domain GNUstep cannot read holds nothing for the current user.
+  }
+  [pool drain];
+  NSDictionary* result = [domain copy];
+  [domain release];
+  return (CFDictionaryRef)result;
 }

@@ -1,18 +1,48 @@
-// Property lists in and out: the one serialiser and the guarded parsers
-// that dictionaries and data share.
+// Property lists in and out: the one serialiser, and the one guarded entry
+// through which the library reads every property list it is handed (data,
+// files, dictionary bodies, defaults files).
 #ifndef ROVANI_PLATFORM_RVPROPERTYLIST_H
 #define ROVANI_PLATFORM_RVPROPERTYLIST_H
 
 #import <Foundation/Foundation.h>
+
+#include <cstddef>
+
+// Bounds on what a property list read from untrusted bytes may cost. Input
+// beyond them is unreadable: refused before anything is built.
+constexpr size_t kRVPropertyListMaxBytes = 64u << 20;  // input size
+constexpr unsigned kRVPropertyListMaxDepth = 256;      // nested containers
+constexpr size_t kRVPropertyListMaxObjects = 1u << 20; // objects in one list
 
 // The XML property-list bytes of list, immutable and autoreleased; nil when
 // GNUstep cannot serialise it (it raises for a nil root or a key that is
 // not a string: either way there is no data).
 NSData* RVPropertyListXMLData(id list);
 
-// The property list that data or text describe, autoreleased; nil for
-// malformed input (GNUstep's parsers raise on it).
-id RVPropertyListFromData(NSData* data);
-id RVPropertyListFromString(NSString* text);
+// The property list that length bytes describe, immutable (containers and
+// leaves) and autoreleased; nil when the bytes are no property list, exceed
+// the bounds above, or are in a format the library does not read.
+//
+// The format is recognised from the first bytes:
+// - "bplist00": a binary property list, read by the library's own
+//   bounds-checked reader (RVBinaryPropertyList.h);
+// - "<?", "<!" or "<plist" after an optional byte-order mark and white
+//   space (a declaration, comment or document type, or the plist element):
+//   an XML property list, read by the library's own reader
+//   (RVXMLPropertyList.h);
+// - UTF-16 with a byte-order mark: decoded, then read as the text it holds;
+// - anything else is OpenStep text (a property list, or failing that a
+//   strings table of "key" = "value"; entries). It is checked completely
+//   against the grammar and the bounds first, and only text that passes
+//   goes to GNUstep's parser. Text that does not, GNUstep's own private
+//   serialisation format included, is unreadable.
+// Text ending in a zero byte is read up to its first zero byte, as a C
+// string would be.
+id RVPropertyListFromBytes(const void* bytes, size_t length);
+
+// The property list in the file at path, as RVPropertyListFromBytes reads
+// it; nil when the file cannot be read, is not a regular file or is larger
+// than kRVPropertyListMaxBytes (then nothing of it is read).
+id RVPropertyListFromFile(NSString* path);
 
 #endif

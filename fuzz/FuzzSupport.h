@@ -1,0 +1,30 @@
+// What every fuzz target shares: a pool per input and silence for the
+// library's log lines, which would otherwise cost more than the input.
+#ifndef ROVANI_FUZZ_FUZZSUPPORT_H
+#define ROVANI_FUZZ_FUZZSUPPORT_H
+
+#import <Foundation/Foundation.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace rovani_fuzz {
+
+inline void Discard(NSString*) {}
+
+inline void Quiet() {
+  static bool done = false;
+  if (!done) {
+    _NSLog_printf_handler = Discard;
+    done = true;
+  }
+}
+
+inline std::string Bytes(const uint8_t* data, size_t size) {
+  return std::string(reinterpret_cast<const char*>(data), size);
+}
+
+}  // namespace rovani_fuzz
+
+#endif

@@ -1,0 +1,168 @@
+#import <Foundation/Foundation.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <Rovani/Rovani.h>
+
+#include "support/TestSupport.h"
+
+namespace {
+
+RVData DataFromHex(const std::string& hex) {
+  std::string bytes;
+  for (size_t i = 0; i + 1 < hex.size(); i += 2)
+    bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+  return DataFromText(bytes);
+}
+
+std::string BigEndian(uint64_t value, unsigned width) {
+  std::string out(width, '\0');
+  for (unsigned i = width; i-- > 0; value >>= 8) out[i] = static_cast<char>(value & 0xFF);
+  return out;
+}
+
+// A binary list of the given encoded objects (object 0 is the root) with
+// one-byte references and two-byte offsets; claimedCount, when given, is
+// the object count the trailer claims.
+RVData BinaryList(const std::vector<std::string>& objects, uint64_t claimedCount = 0) {
+  std::string out = "bplist00";
+  std::vector<size_t> offsets;
+  for (const std::string& object : objects) {
+    offsets.push_back(out.size());
+    out += object;
+  }
+  size_t table = out.size();
+  for (size_t offset : offsets) out += BigEndian(offset, 2);
+  out += std::string(6, '\0') + '\x02' + '\x01';
+  out += BigEndian(claimedCount ? claimedCount : objects.size(), 8) + BigEndian(0, 8) +
+         BigEndian(table, 8);
+  return DataFromText(out);
+}
+
+bool ReadsEmpty(const RVData& data) { return RVDictionary(data).Ref() == nil; }
+
+const std::string kXMLHead =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\">";
+
+TEST(PropertyList, MalformedBinaryListsGiveTheEmptyDictionary) {
+  // Once crashed GNUstep's binary parser.
+  EXPECT_TRUE(ReadsEmpty(DataFromHex(
+      "62706c6973743030d710111214116153516e537375620100000000000047534d757461e3ffffffffeaff"
+      "00000051000000756e69780000003e3b223d404938525662637401010000e3ffffffffeaffff00fff70000"
+      "00000051000000003e")));
+
+  const std::string key = "\x51k";  // the ASCII string "k"
+  const std::string dictKV = std::string("\xD1\x01\x02");
+  // Sanity: the same builder gives a readable list.
+  RVDictionary good(BinaryList({dictKV, key, "\x51v"}));
+  EXPECT_TRUE(good.StringForKey("k") == "v");
+
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, std::string("\x00", 1)})));  // null value
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, "\x10\x05", "\x51v"})));          // number key
+  EXPECT_TRUE(ReadsEmpty(BinaryList({"\xD1\x01\x07", key, "\x51v"})));         // no object 7
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\xA1\x02"})));              // array in itself
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\xA1\x00"})));              // holds its root
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})));
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\x81\x00\x01"})));           // UID
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\xC1\x01"})));               // set
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\x51v"}, 1ull << 40)));      // count
+  EXPECT_TRUE(ReadsEmpty(BinaryList({dictKV, key, "\x52v"})));  // runs into the offset table
+
+  // A value read past the end of the data in place of the string's text.
+  RVData whole = BinaryList({dictKV, key, "\x51v"});
+  EXPECT_TRUE(ReadsEmpty(whole.SubdataWithRange(RVRange(0, whole.Length() - 1))));
+
+  // What is read stays usable: a later change does not raise.
+  good.SetObjectForKey(RVString("w"), "other");
+  EXPECT_EQ(good.Count(), 2u);
+}
+
+TEST(PropertyList, OtherFormatsAndOversizedInputAreRefusedUnread) {
+  // GNUstep's private serialisation format: would allocate gigabytes.
+  EXPECT_TRUE(ReadsEmpty(DataFromHex("000505050505")));
+  EXPECT_TRUE(ReadsEmpty(DataFromHex("0102ffffff51")));
+
+  // Text beyond the bounds, or not of the grammar, never reaches GNUstep.
+  EXPECT_TRUE(ReadsEmpty(DataFromText("{ a = " + std::string(300, '(') + std::string(300, ')') +
+                                      "; }")));
+  std::string many = "{ a = (";
+  for (int i = 0; i < (1 << 20); ++i) many += "x,";
+  EXPECT_TRUE(ReadsEmpty(DataFromText(many + "); }")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText("{ a = <*I" + std::string(100000, '1') + ">; }")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText("{ a = b; c = ")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText("{ a = \"\xC3\x28\"; }")));
+
+  // OpenStep text and strings tables still read, immutable to the leaves.
+  RVDictionary text(DataFromText("{ a = (1, <0102>, \"q\"); b = { c = d; }; }"));
+  EXPECT_EQ(text.ArrayForKey("a").Count(), 3u);
+  EXPECT_TRUE(text.DictionaryForKey("b").StringForKey("c") == "d");
+  EXPECT_FALSE([text.Ref() isKindOfClass:[NSMutableDictionary class]]);
+  EXPECT_FALSE([[text.ArrayForKey("a").Ref() objectAtIndex:1] isKindOfClass:[NSMutableData class]]);
+  EXPECT_FALSE([text.DictionaryForKey("b").StringForKey("c").Ref()
+                 isKindOfClass:[NSMutableString class]]);
+  EXPECT_TRUE(RVDictionary(DataFromText("a = b; \"c\" = \"d\";")).StringForKey("c") == "d");
+
+  // A file larger than the bound is refused without being read.
+  ScratchDir dir;
+  std::string big = dir.File("big.plist");
+  int fd = open(big.c_str(), O_CREAT | O_WRONLY, 0600);
+  ASSERT_GE(fd, 0);
+  ASSERT_EQ(ftruncate(fd, (64 << 20) + 1), 0);
+  close(fd);
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(big.c_str()).Ref() == nil);
+  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(dir.Path().c_str()).Ref() == nil);
+}
+
+TEST(PropertyList, XMLReadsCompletelyOrNotAtAll) {
+  RVDictionary read(DataFromText(
+      kXMLHead + "<dict><key>c</key><string><![CDATA[x<y]]></string>"
+                 "<key>e</key><string>&amp;&lt;&#x41;&#65;</string><key/><string/>"
+                 "<key>t</key><true/><key>n</key><integer>18446744073709551615</integer>"
+                 "<key>d</key><date>2001-01-02T00:00:00Z</date></dict></plist>"));
+  EXPECT_TRUE(read.StringForKey("c") == "x<y");
+  EXPECT_TRUE(read.StringForKey("e") == "&<AA");
+  EXPECT_TRUE(read.StringForKey("").IsEmpty() && read.InternalValueForKey("") != nil);
+  EXPECT_EQ(read.InternalValueForKey("t"), [NSNumber numberWithBool:YES]);
+  EXPECT_EQ([read.NumberForKey("n").Ref() unsignedLongLongValue], 18446744073709551615ull);
+  id date = read.InternalValueForKey("d");
+  ASSERT_TRUE([date isKindOfClass:[NSDate class]]);
+  EXPECT_EQ([date timeIntervalSinceReferenceDate], 86400.0);
+  EXPECT_FALSE([read.Ref() isKindOfClass:[NSMutableDictionary class]]);
+
+  // Cut just after "<" or "</", and dictionary bodies whose UTF-16 length
+  // cuts their document there.
+  std::string whole = kXMLHead + "<dict><key>a</key><string>b</string></dict></plist>";
+  EXPECT_TRUE(ReadsEmpty(DataFromText(whole.substr(0, whole.rfind("</dict>") + 1))));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(whole.substr(0, whole.rfind("</dict>") + 2))));
+  std::string accents;
+  for (int i = 0; i < 6; ++i) accents += "\xC3\xA9";
+  EXPECT_TRUE(ReadsEmpty(DataFromText("<key>a</key><string>" + accents + "</string>")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText("<key>a</key><string>" + accents + "\xC3\xA9</string>")));
+
+  // Nesting and shape.
+  auto nested = [](int depth) {
+    return kXMLHead + "<dict><key>a</key>" + [&] {
+      std::string s;
+      for (int i = 0; i < depth; ++i) s += "<array>";
+      for (int i = 0; i < depth; ++i) s += "</array>";
+      return s;
+    }() + "</dict></plist>";
+  };
+  EXPECT_FALSE(ReadsEmpty(DataFromText(nested(200))));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(nested(300))));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key></dict></plist>")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><string>a</string></dict></plist>")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict/><dict/></plist>")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key><integer>1x</integer>"
+                                                 "</dict></plist>")));
+  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>&bogus;</key><true/></dict>"
+                                                 "</plist>")));
+}
+
+}  // namespace

@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Drives the built rovani program as a user would: exit statuses, messages
+# on standard error, and what reaches standard output. User defaults go to
+# stores in a scratch directory of this run's own.
+set -uo pipefail
+rovani=$1
+examples=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+mkdir user all a-directory
+echo "GNUSTEP_USER_DEFAULTS_DIR=$work/user" > GNUstep.conf
+export GNUSTEP_CONFIG_FILE=$work/GNUstep.conf ROVANI_ALL_USERS_DEFAULTS_DIR=$work/all GNUSTEP_TZ=UTC
+
+failures=0
+fail() { echo "FAILED: $*"; failures=$((failures + 1)); }
+
+# run STATUS ARGS...: runs rovani, checks its exit status, and that no
+# platform log line ("<date> <time> rovani[pid:tid] ...") reached stdout.
+run() {
+  local want=$1; shift
+  "$rovani" "$@" > out 2> err
+  local got=$?
+  [ "$got" = "$want" ] || fail "rovani $* exited $got, not $want: $(cat err)"
+  if grep -qE '^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:.]+ rovani\[' out; then fail "log line on stdout: rovani $*"; fi
+}
+# says FILE TEXT: FILE holds TEXT (a fixed string).
+says() { grep -qF -- "$2" "$1" || fail "expected '$2' in $1, got: $(cat "$1")"; }
+
+# JSON -> XML -> JSON gives the same tree: the library's writer prints
+# integers, reals and booleans each in their own way.
+run 0 convert xml "$examples/settings.json" -o settings.plist
+says settings.plist "<true/>"; says settings.plist "<integer>8080</integer>"; says settings.plist "<real>0.75</real>"
+run 0 convert json settings.plist -o round.json
+run 0 convert json "$examples/settings.json" -o direct.json
+cmp -s round.json direct.json || fail "round trip changed the tree: $(diff direct.json round.json)"
+"$rovani" convert json - < "$examples/settings.plist" > sample.json
+cmp -s sample.json direct.json || fail "the sample property list differs from the sample JSON"
+
+run 0 print "$examples/settings.plist"
+says out "dictionary (9 keys)"; says out "  debug: boolean false"; says out "  ratio: number 0.75"
+says out "    [1]: dictionary (3 keys)"; says out '      host: string "beta.example.com"'
+
+# What a property list or the library cannot hold is refused, with where.
+echo '{"a": {"b": [1, {"c": null}]}}' > null.json
+run 1 convert xml null.json; says err "rovani convert: null.json: null at a.b[1].c"
+echo '[1, 2]' > array.json
+run 1 convert xml array.json; says err "the top level is an array, not an object"
+echo '{"a": 5000000000}' > big.json
+run 1 convert json big.json; says err "the integer 5000000000 at a"
+
+# Missing, unreadable (a directory: the tests may run as root) and
+# malformed input, for every command that reads files.
+printf '{"a": 1,\n  "b" }' > bad.json
+for command in "convert xml" print "base64 encode"; do
+  run 1 $command missing.json; says err "rovani ${command%% *}: missing.json: cannot open: No such file or directory"
+  run 1 $command a-directory; says err "a-directory: cannot read: Is a directory"
+done
+for command in "convert json" print; do
+  run 1 $command bad.json; says err "bad.json: line 2, column 7: expected ':' after the key"
+done
+run 1 lint "$examples/settings.json" bad.json missing.json a-directory
+says out "$examples/settings.json: OK"; says out "bad.json: line 2, column 7"
+says out "missing.json: cannot open: No such file or directory"; says out "a-directory: cannot read: Is a directory"
+echo 'TW*u' > bad.b64
+run 1 base64 decode bad.b64; says err "rovani base64: bad.b64: invalid Base64 character at offset 2"
+run 1 date 'no date'; says err "rovani date: 'no date' is no date"
+run 1 defaults write com.example.tool n -int twelve; says err "rovani defaults: n: 'twelve' is not an integer"
+
+# Bad usage: exit status 2 and a pointer to the help.
+run 2 frobnicate; says err "rovani: unknown command 'frobnicate'"
+run 2 --frobnicate; says err "rovani: unknown option '--frobnicate'"
+for command in convert print lint base64 hash uuid date; do
+  run 2 $command --bogus; says err "rovani $command: unknown option '--bogus'"; says err "Try 'rovani $command --help'."
+done
+run 2 defaults read --bogus com.example.tool; says err "rovani defaults: unknown option '--bogus'"
+run 2 convert yaml x; run 2 print; run 2 uuid -n 0; run 2 defaults write com.example.tool key
+run 0 --help; says out "Commands:"
+run 0 convert --help; says out "Usage: rovani convert json|xml IN [-o OUT]"
+run 0 --version; grep -qxE 'rovani [0-9]+\.[0-9]+\.[0-9]+' out || fail "version line: $(cat out)"
+
+# Small services.
+printf 'Man' | "$rovani" base64 encode > out; says out "TWFu"
+head -c 1000 /dev/urandom > random.bin
+base64 random.bin | "$rovani" base64 decode | cmp -s - random.bin || fail "decoding lost bytes"
+"$rovani" base64 encode random.bin | tr -d '\n' | cmp -s - <(base64 -w0 random.bin) || fail "encoding differs"
+run 0 hash abc; says out "90015098  abc"
+run 0 uuid -n 3
+[ "$(grep -E '^[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}$' out | sort -u | wc -l)" = 3 ] ||
+  fail "not three distinct UUIDs: $(cat out)"
+run 0 date --format dd.MM.yyyy 03/15/2009; says out "15.03.2009"
+
+# User defaults: the current user's store over the all-users one.
+run 0 defaults write com.example.tool greeting hello
+run 0 defaults write com.example.tool on -bool yes
+run 0 defaults write com.example.tool list -json '[1, 2.5, false]'
+run 0 defaults write --all-users com.example.tool greeting -string everyone
+run 0 defaults write --all-users com.example.tool shared -int 7
+run 0 defaults read com.example.tool
+says out "dictionary (4 keys)"; says out '  greeting: string "hello"'; says out "  on: boolean true"
+says out "    [1]: number 2.5"; says out "  shared: number 7"
+says user/com.example.tool.plist "<true/>"; says all/com.example.tool.plist "<integer>7</integer>"
+run 0 defaults delete com.example.tool greeting
+run 0 defaults read com.example.tool greeting; says out 'greeting: string "everyone"'
+run 1 defaults delete com.example.tool greeting-nowhere; says err "com.example.tool has no key 'greeting-nowhere'"
+run 0 defaults delete --all-users com.example.tool
+run 0 defaults delete com.example.tool
+run 0 defaults read com.example.tool; says out "dictionary (0 keys)"
+touch plain-file
+ROVANI_ALL_USERS_DEFAULTS_DIR=$work/plain-file/defaults run 1 defaults write --all-users com.example.tool k v
+says err "cannot write the all-users store"
+
+[ "$failures" = 0 ] || { echo "$failures failed"; exit 1; }
+echo "all rovani checks passed"
