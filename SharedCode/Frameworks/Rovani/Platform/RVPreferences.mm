@@ -331,14 +331,7 @@ class AllUsersStore {
         [merged setObject:value forKey:key];
       }
     }
-    NSData* xml = nil;
-    @try {
-      xml = [NSPropertyListSerialization dataFromPropertyList:merged
-                                                       format:NSPropertyListXMLFormat_v1_0
-                                             errorDescription:nullptr];
-    } @catch (NSException*) {
-      xml = nil;
-    }
+    NSData* xml = RVPropertyListXMLData(merged);
     if (xml == nil) return false;
 
     // Written whole or not at all; the directory lock is already ours.
