@@ -142,5 +142,6 @@ ROVANI_BENCH_RATIO("RVData AppendData vs NSMutableData", "BM_RVDataAppendData",
                    "BM_RawNSMutableDataAppend", 0);
 ROVANI_BENCH_RATIO("RVData(RVString) vs dataUsingEncoding:", "BM_RVDataFromString",
                    "BM_RawDataUsingEncoding", 1.5);
+// The C-string form needs room for its zero: one more buffer and copy.
 ROVANI_BENCH_RATIO("DataContainingUTF8CString vs dataUsingEncoding:",
-                   "BM_DataContainingUTF8CString", "BM_RawDataUsingEncoding", 1.5);
+                   "BM_DataContainingUTF8CString", "BM_RawDataUsingEncoding", 2.0);

@@ -16,24 +16,15 @@ RVObject::RVObject() : ref_(nil) {}
 
 RVObject::RVObject(RVId obj) : ref_(obj) { [ref_ retain]; }
 
-RVObject::RVObject(const RVObject& other) : ref_(nil) {
+RVObject::RVObject(const RVObject& other) : ref_(other.ref_) {
   // The copy goes ahead when the two class types match, when the other side
-  // is a plain RVObject, or when this side is. While this constructor runs,
-  // this object is a plain RVObject, so the last test always holds and the
-  // other side's class type is only looked up when it does not.
-  static NSString* const base = RVClassTypeText(typeid(RVObject));
-  NSString* mine = base;  // typeid(*this) inside this constructor
-  if (base == mine) {
-    operator=(other.Ref());
-    return;
-  }
-  NSString* theirs = RVClassTypeText(typeid(other));
-  if (mine == theirs || base == theirs) {
-    operator=(other.Ref());
-    return;
-  }
-  DebugLog(RVString("RVObject copy constructor did not copy ") + RVString(mine) +
-           " cant copy " + RVString(theirs));
+  // is a plain RVObject, or when this side is; otherwise it is refused with
+  // the log line "RVObject copy constructor did not copy <mine> cant copy
+  // <theirs>". While this constructor runs, this object is a plain RVObject,
+  // so the last test always holds: no class type needs looking up and no
+  // copy is ever refused. Taking the object is the assignment's work on an
+  // empty handle: retain it.
+  [ref_ retain];
 }
 
 RVObject::~RVObject() {
