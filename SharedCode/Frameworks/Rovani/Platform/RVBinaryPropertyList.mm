@@ -258,15 +258,5 @@ class BinaryReader {
 }  // namespace
 
 id RVBinaryPropertyListRead(const unsigned char* bytes, size_t length) {
-  if (bytes == nullptr || length > kRVPropertyListMaxBytes) return nil;
-  id root = nil;
-  @autoreleasepool {
-    @try {
-      BinaryReader reader(bytes, length);
-      root = reader.ReadRoot();
-    } @catch (NSException*) {
-      root = nil;
-    }
-  }
-  return [root autorelease];
+  return RVReadPropertyListWith<BinaryReader>(bytes, length);
 }

@@ -14,6 +14,25 @@ constexpr size_t kRVPropertyListMaxBytes = 64u << 20;  // input size
 constexpr unsigned kRVPropertyListMaxDepth = 256;      // nested containers
 constexpr size_t kRVPropertyListMaxObjects = 1u << 20; // objects in one list
 
+// Runs one of the library's own readers over bytes within the size bound:
+// Reader(bytes, length).ReadRoot() answers the root (+1) or raises. The root
+// comes back autoreleased; a raise, or bytes over the bound, give nil, and
+// what the reader made on the way is drained with its own pool.
+template <typename Reader>
+id RVReadPropertyListWith(const unsigned char* bytes, size_t length) {
+  if (bytes == nullptr || length > kRVPropertyListMaxBytes) return nil;
+  id root = nil;
+  @autoreleasepool {
+    @try {
+      Reader reader(bytes, length);
+      root = reader.ReadRoot();
+    } @catch (NSException*) {
+      root = nil;
+    }
+  }
+  return [root autorelease];
+}
+
 // The XML property-list bytes of list, immutable and autoreleased; nil when
 // GNUstep cannot serialise it (it raises for a nil root or a key that is
 // not a string: either way there is no data).

@@ -569,15 +569,5 @@ class XMLReader {
 }  // namespace
 
 id RVXMLPropertyListRead(const unsigned char* bytes, size_t length) {
-  if (bytes == nullptr || length > kRVPropertyListMaxBytes) return nil;
-  id root = nil;
-  @autoreleasepool {
-    @try {
-      XMLReader reader(bytes, length);
-      root = reader.ReadRoot();
-    } @catch (NSException*) {
-      root = nil;
-    }
-  }
-  return [root autorelease];
+  return RVReadPropertyListWith<XMLReader>(bytes, length);
 }
