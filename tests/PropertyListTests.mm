@@ -85,6 +85,12 @@ TEST(PropertyList, MalformedBinaryListsGiveTheEmptyDictionary) {
 
 TEST(PropertyList, OtherFormatsAndOversizedInputAreRefusedUnread) {
   // GNUstep's private serialisation format: would allocate gigabytes.
+  // A date of NaN seconds (found by fuzzing: GNUstep's raise lost the date).
+  EXPECT_TRUE(ReadsEmpty(DataFromHex(
+      "62706c6973743030d70102030405060708090a0d0e0f1255636f756e74506e616d65566e6573746564526f"
+      "6e55726174696f54746167735477686572100356526f76616e69d10b0c516b4200010933400400000000"
+      "000051a2111061516233fffffffe0000000008171d22292c32373c3e3c214a5e4e5e005c5e4d57000000"
+      "00000101000000000000001300000000000000000000000000000067")));
   EXPECT_TRUE(ReadsEmpty(DataFromHex("000505050505")));
   EXPECT_TRUE(ReadsEmpty(DataFromHex("0102ffffff51")));
 

@@ -52,11 +52,32 @@ RVString RVDateFormatter::ClassType() {
 
 void RVDateFormatter::SetDateFormat(RVString format) { [Ref() setDateFormat:format.Ref()]; }
 
+namespace {
+
+// ICU divides by a power of ten as long as the digits a fractional-second
+// field reads: past about thirty digits the power wraps to zero and the
+// process dies of a division by zero. No date is written with such a run of
+// digits, so such text is no date and is not handed over.
+bool HasOverlongDigitRun(NSString* text) {
+  const NSUInteger kLongestRun = 31;
+  NSUInteger run = 0;
+  const NSUInteger length = [text length];
+  for (NSUInteger i = 0; i < length; ++i) {
+    unichar c = [text characterAtIndex:i];
+    run = (c >= '0' && c <= '9') ? run + 1 : 0;
+    if (run > kLongestRun) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 RVDate RVDateFormatter::DateFromString(const RVString& text) const {
   // One flag for the whole process: while a retry runs, nothing else
   // retries.
   static long tryAgain = 1;
   RVDate result;
+  if (HasOverlongDigitRun(text.Ref())) return result;
   RVString first(text);
   result = [Ref() dateFromString:first.Ref()];
   if (tryAgain && result.IsEmpty()) {

@@ -1,5 +1,6 @@
 #import <Foundation/Foundation.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -165,6 +166,9 @@ class BinaryReader {
         uint64_t bits = BigEndian(bytes_ + position + 1, 8);
         double seconds;
         memcpy(&seconds, &bits, sizeof seconds);
+        // GNUstep raises for a NaN date after allocating it, and the
+        // allocation is lost: such a date is unreadable here instead.
+        if (std::isnan(seconds)) return nil;
         return [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
       }
       case 0x4: {
