@@ -102,26 +102,11 @@ bool MakeDirectories(const std::string& dir) {
   }
 }
 
-// The whole of an open file; nil when it cannot be read.
-NSData* ReadAll(int fd) {
-  NSMutableData* bytes = [NSMutableData data];
-  char buffer[16384];
-  while (true) {
-    ssize_t got = read(fd, buffer, sizeof buffer);
-    if (got < 0) {
-      if (errno == EINTR) continue;
-      return nil;
-    }
-    if (got == 0) return bytes;
-    [bytes appendBytes:buffer length:static_cast<NSUInteger>(got)];
-  }
-}
-
-// The dictionary a file's bytes hold; nil for anything else (empty,
+// The dictionary an open file holds; nil for anything else (empty,
 // truncated, not a property list, not a dictionary). Autoreleased. Read by
 // the library's guarded property-list entry, like every other list.
-NSDictionary* DictionaryFromBytes(NSData* bytes) {
-  id parsed = RVPropertyListFromBytes([bytes bytes], [bytes length]);
+NSDictionary* DictionaryFromFile(int fd) {
+  id parsed = RVPropertyListFromOpenFile(fd);
   return [parsed isKindOfClass:[NSDictionary class]] ? parsed : nil;
 }
 
@@ -187,15 +172,7 @@ class AllUsersStore {
     if (IsUsableFileName(name)) {
       [values addEntriesFromDictionary:CurrentValues(FilePath(AllUsersDirectory(), name))];
     }
-    NSDictionary* changes = [pending_ objectForKey:application];
-    for (id key in changes) {
-      id change = [changes objectForKey:key];
-      if (change == RemovedMarker()) {
-        [values removeObjectForKey:key];
-      } else {
-        [values setObject:change forKey:key];
-      }
-    }
+    ApplyChanges([pending_ objectForKey:application], values);
     return values;
   }
 
@@ -245,6 +222,19 @@ class AllUsersStore {
     return marker;
   }
 
+  // Sets each changed key of values, or removes it where the change is a
+  // removal.
+  static void ApplyChanges(NSDictionary* changes, NSMutableDictionary* values) {
+    for (id key in changes) {
+      id change = [changes objectForKey:key];
+      if (change == RemovedMarker()) {
+        [values removeObjectForKey:key];
+      } else {
+        [values setObject:change forKey:key];
+      }
+    }
+  }
+
   static std::string FilePath(const std::string& dir, const std::string& name) {
     return dir + "/" + name + ".plist";
   }
@@ -282,7 +272,7 @@ class AllUsersStore {
         values = found->second.values;
       } else {
         NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-        Remember(path, stamp, DictionaryFromBytes(ReadAll(fd)));
+        Remember(path, stamp, DictionaryFromFile(fd));
         [pool drain];
         values = cache_[path].values;
       }
@@ -319,18 +309,11 @@ class AllUsersStore {
     NSDictionary* current = nil;
     int readFD = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (readFD >= 0) {
-      current = DictionaryFromBytes(ReadAll(readFD));
+      current = DictionaryFromFile(readFD);
       close(readFD);
     }
     NSMutableDictionary* merged = [NSMutableDictionary dictionaryWithDictionary:current];
-    for (id key in changes) {
-      id value = [changes objectForKey:key];
-      if (value == RemovedMarker()) {
-        [merged removeObjectForKey:key];
-      } else {
-        [merged setObject:value forKey:key];
-      }
-    }
+    ApplyChanges(changes, merged);
     NSData* xml = RVPropertyListXMLData(merged);
     if (xml == nil) return false;
 

@@ -64,4 +64,8 @@ id RVPropertyListFromBytes(const void* bytes, size_t length);
 // than kRVPropertyListMaxBytes (then nothing of it is read).
 id RVPropertyListFromFile(NSString* path);
 
+// The same for a file already open for reading, read from its current
+// offset; the caller keeps and closes fd.
+id RVPropertyListFromOpenFile(int fd);
+
 #endif

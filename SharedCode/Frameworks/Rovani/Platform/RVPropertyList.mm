@@ -362,30 +362,33 @@ id RVPropertyListFromBytes(const void* bytes, size_t length) {
   return ReadText(p, length);
 }
 
+id RVPropertyListFromOpenFile(int fd) {
+  struct stat info;
+  std::vector<unsigned char> contents;
+  if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0 ||
+      static_cast<unsigned long long>(info.st_size) > kRVPropertyListMaxBytes) {
+    return nil;
+  }
+  // Read at most one byte more than the limit: a file that grew since is
+  // refused as well.
+  contents.resize(static_cast<size_t>(info.st_size) + 1);
+  size_t filled = 0;
+  while (filled < contents.size()) {
+    ssize_t got = read(fd, contents.data() + filled, contents.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    filled += static_cast<size_t>(got);
+  }
+  if (filled == 0 || filled > kRVPropertyListMaxBytes) return nil;
+  return RVPropertyListFromBytes(contents.data(), filled);
+}
+
 id RVPropertyListFromFile(NSString* path) {
   const char* name = [path fileSystemRepresentation];
   if (name == nullptr) return nil;
   int fd = open(name, O_RDONLY | O_CLOEXEC);
   if (fd < 0) return nil;
-  struct stat info;
-  std::vector<unsigned char> contents;
-  bool ok = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0 &&
-            static_cast<unsigned long long>(info.st_size) <= kRVPropertyListMaxBytes;
-  if (ok) {
-    // Read at most one byte more than the limit: a file that grew since is
-    // refused as well.
-    contents.resize(static_cast<size_t>(info.st_size) + 1);
-    size_t filled = 0;
-    while (filled < contents.size()) {
-      ssize_t got = read(fd, contents.data() + filled, contents.size() - filled);
-      if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) break;
-      filled += static_cast<size_t>(got);
-    }
-    contents.resize(filled);
-    ok = filled > 0 && filled <= kRVPropertyListMaxBytes;
-  }
+  id list = RVPropertyListFromOpenFile(fd);
   close(fd);
-  if (!ok) return nil;
-  return RVPropertyListFromBytes(contents.data(), contents.size());
+  return list;
 }
