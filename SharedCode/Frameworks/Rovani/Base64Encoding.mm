@@ -4,30 +4,7 @@
 
 #include <Rovani/Base64Encoding.h>
 
-namespace {
-
-// The alphabet of RFC 4648.
-const char kBase64EncodeTable[] =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-static_assert(sizeof(kBase64EncodeTable) == 65, "64 characters and a NUL");
-
-// Indexed by byte - 43 ("+" to "z"). "$" marks a byte outside the alphabet;
-// any other entry e is the 6-bit value + 62, so e - 61 is never 0 for a
-// character of the alphabet.
-const char kBase64DecodeTable[] =
-    "|$$$}rstuvwxyz{$$$$$$$>?@ABCDEFGHIJKLMNOPQRSTUVW$$$$$$XYZ[\\]^_`abcdefghijklmnopq";
-static_assert(sizeof(kBase64DecodeTable) == 81, "80 entries and a NUL");
-
-// One more than the byte's 6-bit value, or 0 for a byte to skip.
-unsigned int DecodedValue(unsigned char byte) {
-  unsigned char index = static_cast<unsigned char>(byte - 43);
-  if (index >= 80) return 0;
-  char entry = kBase64DecodeTable[index];
-  if (entry == 0 || entry == '$') return 0;
-  return static_cast<unsigned int>(entry - 61);
-}
-
-}  // namespace
+#include "Platform/RVBase64Alphabet.h"
 
 Base64Encoding::Base64Encoding() {}
 
@@ -44,22 +21,22 @@ RVData Base64Encoding::EncodeData(RVData input) {
   unsigned int i = 0;
   for (; i < whole; i += 3) {
     unsigned char a = in[i], b = in[i + 1], c = in[i + 2];
-    *out++ = kBase64EncodeTable[a >> 2];
-    *out++ = kBase64EncodeTable[((a << 4) & 48) | (b >> 4)];
-    *out++ = kBase64EncodeTable[((b << 2) & 60) | (c >> 6)];
-    *out++ = kBase64EncodeTable[c & 63];
+    *out++ = kRVBase64Alphabet[a >> 2];
+    *out++ = kRVBase64Alphabet[((a << 4) & 48) | (b >> 4)];
+    *out++ = kRVBase64Alphabet[((b << 2) & 60) | (c >> 6)];
+    *out++ = kRVBase64Alphabet[c & 63];
   }
   if (length - i == 1) {
     unsigned char a = in[i];
-    *out++ = kBase64EncodeTable[a >> 2];
-    *out++ = kBase64EncodeTable[(a << 4) & 48];
+    *out++ = kRVBase64Alphabet[a >> 2];
+    *out++ = kRVBase64Alphabet[(a << 4) & 48];
     *out++ = '=';
     *out++ = '=';
   } else if (length - i == 2) {
     unsigned char a = in[i], b = in[i + 1];
-    *out++ = kBase64EncodeTable[a >> 2];
-    *out++ = kBase64EncodeTable[((a << 4) & 48) | (b >> 4)];
-    *out++ = kBase64EncodeTable[(b << 2) & 60];
+    *out++ = kRVBase64Alphabet[a >> 2];
+    *out++ = kRVBase64Alphabet[((a << 4) & 48) | (b >> 4)];
+    *out++ = kRVBase64Alphabet[(b << 2) & 60];
     *out++ = '=';
   }
   return result;
@@ -80,7 +57,7 @@ RVData Base64Encoding::DecodeData(RVData input) {
     unsigned int count = 0;
     for (unsigned int i = 0; i < 4 && pos < length; ++i) {
       unsigned int value = 0;
-      while (pos < length && value == 0) value = DecodedValue(in[pos++]);
+      while (pos < length && value == 0) value = RVBase64DigitPlusOne(in[pos++]);
       // A character that was the input's last byte is not counted and its
       // value is dropped.
       if (pos < length) {

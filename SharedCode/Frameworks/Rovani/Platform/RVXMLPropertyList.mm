@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/RVBase64Alphabet.h"
 #include "Platform/RVPropertyList.h"
 #include "Platform/RVXMLPropertyList.h"
 
@@ -162,16 +163,14 @@ id MakeData(const std::string& text) {
   bool padded = false;
   for (unsigned char c : text) {
     if (IsSpace(c)) continue;
-    int value;
-    if (c >= 'A' && c <= 'Z') value = c - 'A';
-    else if (c >= 'a' && c <= 'z') value = c - 'a' + 26;
-    else if (c >= '0' && c <= '9') value = c - '0' + 52;
-    else if (c == '+') value = 62;
-    else if (c == '/') value = 63;
-    else if (c == '=') { padded = true; continue; }
-    else return nil;
+    unsigned int digit = RVBase64DigitPlusOne(c);
+    if (c == '=') {
+      padded = true;
+      continue;
+    }
+    if (digit == 0) return nil;
     if (padded) return nil;  // nothing after the padding
-    group = (group << 6) | static_cast<uint32_t>(value);
+    group = (group << 6) | (digit - 1);
     if (++filled == 4) {
       bytes.push_back(static_cast<unsigned char>(group >> 16));
       bytes.push_back(static_cast<unsigned char>(group >> 8));
