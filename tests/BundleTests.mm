@@ -26,7 +26,6 @@ TEST(Bundle, MainBundleIsOneObjectDescribingTheTestProgram) {
             "Hello from Greetings");
   // A missing key answers the default value, or the key itself without one.
   EXPECT_EQ(Text(main.LocalizedStringForKey("missing")), "missing");
-  EXPECT_EQ(Text(main.LocalizedStringForKeyWithDefaultValue("missing", "fallback")), "fallback");
   EXPECT_EQ(Text(main.LocalizedStringForKeyWithDefaultValueInTableNamed("missing", "fallback",
                                                                         "Greetings")),
             "fallback");

@@ -23,9 +23,6 @@ std::string CreatedClassType(id object) {
 }
 
 TEST(ObjectHandle, ClassTypesDropExactlyOneCharacterOfTheTypeName) {
-  EXPECT_TRUE(RVObject().ObjectsClassType() == "RVObject");
-  EXPECT_TRUE(RVObject::ClassType() == "RVObject");
-  EXPECT_TRUE(RVString().ObjectsClassType() == "RVString");
   EXPECT_TRUE(RVString::ClassType() == "RVString");
   EXPECT_TRUE(RVShortName().ObjectsClassType() == "1RVShortName");
   EXPECT_TRUE(RVTwelveChars().ObjectsClassType() == "3RVTwelveChars");
@@ -110,18 +107,6 @@ TEST(ObjectHandle, CheckedCopyAlwaysCopiesAcrossClassesWithoutLogging) {
   EXPECT_EQ(fromCustom.Ref(), text.Ref());
   EXPECT_EQ(text.RetainCount(), 4u);
   EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST(ObjectHandle, FreeFunctionsAndGlobals) {
-  NSObject* object = NewObject();
-  [object retain];
-  SafeCFRelease(object);
-  EXPECT_EQ([object retainCount], 1u);
-  SafeCFRelease(nullptr);  // nothing to release
-  [object release];
-
-  ASSERT_NE(kNullStringBuffer, nullptr);
-  EXPECT_EQ(kNullStringBuffer[0], '\0');
 }
 
 TEST(Factory, PicksTheHandleClassInItsBindingOrder) {

@@ -67,19 +67,9 @@ TEST(String, ConstructionFromTextAndObjects) {
   EXPECT_EQ(wrapped.RetainCount(), 3u);
 }
 
-TEST(String, ComparisonAndSearch) {
+TEST(String, SearchAndEquality) {
   RVString word("Banana");
-  EXPECT_EQ(word.Compare("Banana"), 0);
-  EXPECT_EQ(word.CaseInsensitiveCompare("BANANA"), 0);
-  EXPECT_EQ(word.CompareWithOptions("banana", NSCaseInsensitiveSearch), 0);
-
-  RVRange found = word.RangeOfString("an");
-  EXPECT_EQ(found.Location(), 1u);
-  EXPECT_EQ(found.Length(), 2u);
-  found = word.RangeOfStringWithOptions("an", NSBackwardsSearch);
-  EXPECT_EQ(found.Location(), 3u);
-  found = word.RangeOfStringWithOptionsInRange("a", 0, RVRange(2, 4));
-  EXPECT_EQ(found.Location(), 3u);
+  EXPECT_EQ(word.RangeOfStringWithOptionsInRange("a", 0, RVRange(2, 4)).Location(), 3u);
 
   // Not found: the platform's answer is passed on (cut to 32 bits).
   RVRange missing = word.RangeOfString("xyz");
@@ -90,26 +80,12 @@ TEST(String, ComparisonAndSearch) {
   EXPECT_TRUE(nil_.RangeOfString("a").IsEmpty());
   EXPECT_EQ(nil_.RangeOfString("a").Location(), 0u);
 
-  EXPECT_TRUE(word.HasPrefix("Ban"));
-  EXPECT_TRUE(word.HasSuffix("ana"));
-  EXPECT_EQ(word.Range().Length(), 6u);
-}
-
-TEST(String, EqualityFamilyIsCaseSensitiveAndExact) {
-  RVString word("Word");
-  EXPECT_TRUE(word == "Word");
-  EXPECT_FALSE(word == "word");
-  EXPECT_TRUE(word != "word");
-  EXPECT_TRUE(word == @"Word");
-  EXPECT_TRUE(word == reinterpret_cast<const wchar_t*>(u"Word"));
-  EXPECT_TRUE(word.IsEqualToString(reinterpret_cast<const wchar_t*>(u"Word")));
+  EXPECT_FALSE(word == "banana");
+  EXPECT_TRUE(word == reinterpret_cast<const wchar_t*>(u"Banana"));
   EXPECT_FALSE(word.IsEqualToString((RVId)nil));
 }
 
-TEST(String, NumericValuesFollowThePlatformAndNilIsZero) {
-  EXPECT_DOUBLE_EQ(RVString("2.5").DoubleValue(), 2.5);
-  EXPECT_FLOAT_EQ(RVString("-1.25").FloatValue(), -1.25f);
-
+TEST(String, NumericValuesOfNilAreZero) {
   // Floating answers from nil are made 0 by the library, not left to chance.
   RVString nil_(static_cast<const char*>(nullptr));
   EXPECT_EQ(nil_.DoubleValue(), 0.0);
@@ -130,8 +106,6 @@ TEST(String, SubstringsAndPaths) {
   EXPECT_EQ(nil_.SubstringWithRange(RVRange(0, 5)).Ref(), kgRVInternalEmptyString.Ref());
   EXPECT_EQ(nil_.SubstringToIndex(1).Ref(), nil);
 
-  EXPECT_EQ(Text(RVString("/tmp").StringByAppendingPathComponent("x")), "/tmp/x");
-
   // An empty receiver appends to "".
   EXPECT_EQ(Text(RVString().StringByAppendingPathComponent("component")), "component");
   EXPECT_EQ(Text(nil_.StringByAppendingPathComponent("component")), "component");
@@ -150,9 +124,6 @@ TEST(String, PercentEscapes) {
 }
 
 TEST(String, FormattingAndEncodings) {
-  RVString formatted = RVString::StringWithFormat("%@ has %d items at %.1f", @"cart", 3, 2.5);
-  EXPECT_EQ(Text(formatted), "cart has 3 items at 2.5");
-
   EXPECT_EQ(RVString::StringWithCStringUsingEncoding(static_cast<const char*>(nullptr), 0).Ref(),
             kgRVInternalEmptyString.Ref());
   EXPECT_EQ(Text(RVString::StringWithCStringUsingEncoding("\x8E", kRVStringEncodingMacOSRoman)),
