@@ -1,6 +1,5 @@
-// RVBool: a boolean handle. Booleans made by the library are one of the two
-// shared BoolNumber instances, so a boolean is told apart from a number by
-// its class.
+/// \file
+/// RVBool, the boolean handle, and the shared boolean objects it holds.
 #ifndef ROVANI_RVBOOL_H
 #define ROVANI_RVBOOL_H
 
@@ -8,8 +7,9 @@
 #include <Rovani/RVObject.h>
 #include <Rovani/RVString.h>
 
-// The shared true and false instances; nil until first made, never freed.
+/// The shared true instance; nil until first made, never freed.
 RV_EXPORT extern RVId trueBoolNumberConst;
+/// The shared false instance; nil until first made, never freed.
 RV_EXPORT extern RVId falseBoolNumberConst;
 
 #if defined(__OBJC__)
@@ -35,10 +35,30 @@ __attribute__((visibility("default")))
 @end
 #endif
 
+/// A boolean handle. Booleans made by the library are one of the two
+/// shared BoolNumber instances, so a boolean is told apart from a number by
+/// its class.
+///
+/// `BoolNumber` is an Objective-C class the library registers (declared in
+/// this header for Objective-C++ callers only). Exactly one instance exists
+/// per truth, made on first use and never freed; it describes itself as
+/// "true" or "false". A platform number made from a bool (RVNumber(bool))
+/// is a number here, not a boolean, though an RVBool can read it.
+///
+/// \warning Property lists cannot hold `BoolNumber`: GNUstep writes it into
+///   XML as the string "true" or "false" and reports success. Store
+///   RVNumber(bool) where a property list must keep a boolean.
+/// \note The two shared instances are made without a lock: a program that
+///   uses booleans from several threads makes both (True() and False())
+///   before its threads start.
 class RV_EXPORT RVBool : public RVObject {
  public:
-  // False, not empty.
+  /// False, not empty.
   RVBool();
+  ///@{
+  /// The shared instance of \p value's truth: integers are true when
+  /// non-zero at the width of their type (negative values are true).
+  /// \param value the truth, as a bool or an integer.
   RVBool(bool value);
   RVBool(char value);
   RVBool(signed char value);
@@ -49,12 +69,24 @@ class RV_EXPORT RVBool : public RVObject {
   RVBool(unsigned int value);
   RVBool(long value);
   RVBool(unsigned long value);
-  // Takes the shared instance of the other's truth, not its object.
+  ///@}
+  /// Takes the shared instance of the other's truth, not its object.
+  /// So a copy of a boolean that wraps a platform number holds a
+  /// `BoolNumber`.
+  /// \param other the boolean whose truth is taken.
   RVBool(const RVBool& other);
-  // Wraps any object that answers boolValue; nil gives an empty boolean.
+  /// Wraps any object that answers boolValue; nil gives an empty boolean.
+  /// An empty boolean reads as false.
+  /// \param obj the object, retained as it is, or nil.
   RVBool(RVId obj);
+  /// Releases the held object.
   ~RVBool() override;
 
+  ///@{
+  /// Holds the shared instance of \p value's truth (integers: non-zero at
+  /// their width).
+  /// \param value the truth, as a bool or an integer.
+  /// \return this boolean.
   RVBool& operator=(bool value);
   RVBool& operator=(char value);
   RVBool& operator=(signed char value);
@@ -65,14 +97,31 @@ class RV_EXPORT RVBool : public RVObject {
   RVBool& operator=(unsigned int value);
   RVBool& operator=(long value);
   RVBool& operator=(unsigned long value);
+  ///@}
+  /// Holds the shared instance of the other's truth.
+  /// \param other the boolean whose truth is taken.
+  /// \return this boolean.
   RVBool& operator=(const RVBool& other);
+  /// Holds \p obj as it is, retained, without a class test.
+  /// \param obj an object that answers boolValue, or nil.
+  /// \return this boolean.
   RVBool& operator=(RVId obj);
 
+  /// The truth.
+  /// \return the held object's boolValue, non-zero read as true; false for
+  ///   an empty boolean.
   operator bool() const;
+  /// The truth as the platform's boolean type.
+  /// \return 1 or 0, as operator bool().
   operator signed char() const;
+  /// The negated truth.
+  /// \return the negation of operator bool().
   bool operator!() const;
 
-  // Each side reduced to true or false (integers: non-zero at their width).
+  ///@{
+  /// Each side reduced to true or false (integers: non-zero at their width).
+  /// \param value the truth compared with.
+  /// \return whether both truths are equal.
   bool operator==(bool value) const;
   bool operator==(char value) const;
   bool operator==(signed char value) const;
@@ -83,7 +132,16 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator==(unsigned int value) const;
   bool operator==(long value) const;
   bool operator==(unsigned long value) const;
+  ///@}
+  /// Both truths compared.
+  /// \param other the boolean compared with.
+  /// \return whether both truths are equal.
   bool operator==(const RVBool& other) const;
+  ///@{
+  /// Each side reduced to true or false, as for operator==: RVBool(false)
+  /// != 3 is true, RVBool(false) != 0 is false.
+  /// \param value the truth compared with.
+  /// \return whether the truths differ.
   bool operator!=(bool value) const;
   bool operator!=(char value) const;
   bool operator!=(signed char value) const;
@@ -94,12 +152,23 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator!=(unsigned int value) const;
   bool operator!=(long value) const;
   bool operator!=(unsigned long value) const;
+  ///@}
+  /// Both truths compared.
+  /// \param other the boolean compared with.
+  /// \return whether the truths differ.
   bool operator!=(const RVBool& other) const;
 
+  ///@{
+  /// The shared true instance (True(), Yes()) or false instance (False(),
+  /// No()).
+  /// \return a new handle on the shared instance.
   static RVBool True();
   static RVBool False();
   static RVBool Yes();
   static RVBool No();
+  ///@}
+  /// The class type of booleans.
+  /// \return "RVBool".
   static RVString ClassType();
 };
 
