@@ -177,7 +177,7 @@ class RV_EXPORT RVDate : public RVObject {
 
   ///@{
   /// Ordered by TimeIntervalSinceRefereceDate(), compared exactly: an empty
-  /// date equals the distant past. A NaN interval makes <, > and == false.
+  /// date equals the distant past. A NaN interval makes `<`, `>` and `==` false.
   /// \param other the date compared with (wrapped in a handle first).
   /// \return the comparison's result.
   bool operator<(const RVDate& other) const;
