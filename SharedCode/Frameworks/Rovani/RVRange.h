@@ -71,7 +71,7 @@ class RV_EXPORT RVRange {
   void Empty();
   /// Whether \p position lies inside the range.
   /// \param position the position tested.
-  /// \return true when location <= \p position < location + length; always
+  /// \return true when `location <= position < location + length`; always
   ///   false for an empty range.
   bool IsLocationInRange(unsigned int position) const;
 

@@ -51,7 +51,7 @@ class RV_EXPORT RVString : public RVObject {
   /// As RVString(const char*).
   /// \param str NUL-terminated UTF-8 text, or null.
   RVString(const unsigned char* str);
-  /// Read as a NUL-terminated array of 16-bit Unicode units ("%S"), whatever
+  /// Read as a NUL-terminated array of 16-bit Unicode units (`%S`), whatever
   /// the width of wchar_t; no null check.
   /// \warning On Linux wchar_t is 32 bits wide: pass `char16_t` text cast to
   ///   `const wchar_t*`. A null pointer is not allowed.
@@ -316,7 +316,7 @@ class RV_EXPORT RVString : public RVObject {
   /// \return the bytes.
   RVData DataContainingASCIICString() const;
 
-  /// Foundation format rules ("%@" for an object argument).
+  /// Foundation format rules (`%@` for an object argument).
   /// \param format the format, with Foundation's placeholders (`%@`, `%d`,
   ///   `%s`, ...); pass handles as their Ref().
   /// \param ... the arguments the format names.
@@ -333,7 +333,7 @@ class RV_EXPORT RVString : public RVObject {
   ///@}
 
   ///@{
-  /// Appends the other side as "%@" renders it; a nil left side counts as "".
+  /// Appends the other side as `%@` renders it; a nil left side counts as "".
   /// The string then holds a new string; copies made before keep the old one.
   /// \param other the text appended (converted to a string first).
   /// \return this string.

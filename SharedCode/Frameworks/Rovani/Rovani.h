@@ -1,4 +1,7 @@
-// Umbrella header: every public header of the library.
+/// \file
+/// Umbrella header: every public header of the library.
+/// `#include <Rovani/Rovani.h>` is all a caller needs; each header also
+/// stands alone.
 #ifndef ROVANI_ROVANI_H
 #define ROVANI_ROVANI_H
 
