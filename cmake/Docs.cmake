@@ -39,6 +39,9 @@ add_custom_command(
   OUTPUT ${_rovani_docs_stamp}
   COMMAND ${CMAKE_COMMAND} -E rm -rf ${ROVANI_DOCS_OUTPUT}/html
   COMMAND Doxygen::doxygen ${ROVANI_DOCS_OUTPUT}/Doxyfile
+  # Graphviz's checksums and image maps only serve Doxygen's next run (the
+  # SVG diagrams carry their own links); the manual does without them.
+  COMMAND find ${ROVANI_DOCS_OUTPUT}/html ( -name *.md5 -o -name *.map ) -delete
   DEPENDS ${_rovani_header_paths} ${PROJECT_SOURCE_DIR}/README.md
           ${PROJECT_SOURCE_DIR}/docs/Doxyfile.in ${ROVANI_DOCS_OUTPUT}/Doxyfile
   WORKING_DIRECTORY ${ROVANI_DOCS_OUTPUT}
