@@ -51,7 +51,7 @@ class RV_EXPORT RVString : public RVObject {
   /// As RVString(const char*).
   /// \param str NUL-terminated UTF-8 text, or null.
   RVString(const unsigned char* str);
-  /// Read as a NUL-terminated array of 16-bit Unicode units (`%S`), whatever
+  /// Read as a NUL-terminated array of 16-bit Unicode units (<tt>\%S</tt>), whatever
   /// the width of wchar_t; no null check.
   /// \warning On Linux wchar_t is 32 bits wide: pass `char16_t` text cast to
   ///   `const wchar_t*`. A null pointer is not allowed.
@@ -317,8 +317,8 @@ class RV_EXPORT RVString : public RVObject {
   RVData DataContainingASCIICString() const;
 
   /// Foundation format rules (`%@` for an object argument).
-  /// \param format the format, with Foundation's placeholders (`%@`, `%d`,
-  ///   `%s`, ...); pass handles as their Ref().
+  /// \param format the format, with Foundation's placeholders (`%@`, <tt>\%d</tt>,
+  ///   <tt>\%s</tt>, ...); pass handles as their Ref().
   /// \param ... the arguments the format names.
   /// \return the formatted text.
   static RVString StringWithFormat(RVString format, ...);

@@ -11,7 +11,7 @@
 /// which adds its own prefix (time, process) and the line end.
 ///
 /// Both logging functions hand the format and the arguments to the
-/// platform's NSLogv (Foundation placeholders: `%@` for an object, `%d`, `%s`
+/// platform's NSLogv (Foundation placeholders: `%@` for an object, <tt>\%d</tt>, <tt>\%s</tt>
 /// and the rest of the printf family). Neither is ever silenced: DebugLog
 /// logs in every build, exactly as RVLog does (by design).
 /// \param format the format; pass handles as their Ref() for `%@`.
