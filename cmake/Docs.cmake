@@ -36,7 +36,7 @@ configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in ${ROVANI_DOCS_OUTPUT}/Doxy
 # Doxygen leaves pages of removed names behind, so each run starts afresh.
 set(_rovani_docs_stamp ${ROVANI_DOCS_OUTPUT}/html/index.html)
 add_custom_command(
-  OUTPUT ${_rovani_docs_stamp}
+  OUTPUT ${_rovani_docs_stamp} ${ROVANI_DOCS_WARNINGS}
   COMMAND ${CMAKE_COMMAND} -E rm -rf ${ROVANI_DOCS_OUTPUT}/html
   COMMAND Doxygen::doxygen ${ROVANI_DOCS_OUTPUT}/Doxyfile
   # Graphviz's checksums and image maps only serve Doxygen's next run (the

@@ -23,7 +23,8 @@ class RV_EXPORT RVDateFormatter : public RVObject {
   /// \param dateStyle 0 leaves the date out, 1 is the short style.
   /// \param timeStyle 0 leaves the time out, 1 is the short style.
   RVDateFormatter(int dateStyle, int timeStyle);
-  /// A new formatter with short date and time styles; no pattern is set.
+  /// A new formatter: short date and time styles with the pattern
+  /// "MM-dd-yyyy".
   RVDateFormatter();
   /// Takes obj as it is, unconfigured, and logs a warning every time.
   /// \param obj a date formatter object, or nil.
