@@ -82,19 +82,19 @@ class RV_EXPORT RVArray : public RVObject {
   /// \param index the position, below Count().
   /// \return the element, not retained.
   RVId InternalObjectAtIndex(unsigned int index) const;
-  ///@{
   /// Heap handles the caller deletes, of the class RVObject::Create() picks.
   /// \param index the position, below Count().
   /// \return a new handle for the element.
+  ///@{
   RVObject* ObjectAtIndex(unsigned int index) const;
   RVObject* operator[](int index) const;
   ///@}
 
-  ///@{
   /// Typed getters make no class test: the element is held as it is.
   /// So StringAtIndex of a number gives an RVString holding the number.
   /// \param index the position, below Count().
   /// \return a handle sharing the element.
+  ///@{
   RVString StringAtIndex(unsigned int index) const;
   RVNumber NumberAtIndex(unsigned int index) const;
   RVBool BooleanAtIndex(unsigned int index) const;

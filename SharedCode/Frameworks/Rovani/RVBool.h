@@ -55,10 +55,10 @@ class RV_EXPORT RVBool : public RVObject {
  public:
   /// False, not empty.
   RVBool();
-  ///@{
   /// The shared instance of \p value's truth: integers are true when
   /// non-zero at the width of their type (negative values are true).
   /// \param value the truth, as a bool or an integer.
+  ///@{
   RVBool(bool value);
   RVBool(char value);
   RVBool(signed char value);
@@ -82,11 +82,11 @@ class RV_EXPORT RVBool : public RVObject {
   /// Releases the held object.
   ~RVBool() override;
 
-  ///@{
   /// Holds the shared instance of \p value's truth (integers: non-zero at
   /// their width).
   /// \param value the truth, as a bool or an integer.
   /// \return this boolean.
+  ///@{
   RVBool& operator=(bool value);
   RVBool& operator=(char value);
   RVBool& operator=(signed char value);
@@ -118,10 +118,10 @@ class RV_EXPORT RVBool : public RVObject {
   /// \return the negation of operator bool().
   bool operator!() const;
 
-  ///@{
   /// Each side reduced to true or false (integers: non-zero at their width).
   /// \param value the truth compared with.
   /// \return whether both truths are equal.
+  ///@{
   bool operator==(bool value) const;
   bool operator==(char value) const;
   bool operator==(signed char value) const;
@@ -137,11 +137,11 @@ class RV_EXPORT RVBool : public RVObject {
   /// \param other the boolean compared with.
   /// \return whether both truths are equal.
   bool operator==(const RVBool& other) const;
-  ///@{
   /// Each side reduced to true or false, as for operator==: RVBool(false)
   /// != 3 is true, RVBool(false) != 0 is false.
   /// \param value the truth compared with.
   /// \return whether the truths differ.
+  ///@{
   bool operator!=(bool value) const;
   bool operator!=(char value) const;
   bool operator!=(signed char value) const;
@@ -158,10 +158,10 @@ class RV_EXPORT RVBool : public RVObject {
   /// \return whether the truths differ.
   bool operator!=(const RVBool& other) const;
 
-  ///@{
   /// The shared true instance (True(), Yes()) or false instance (False(),
   /// No()).
   /// \return a new handle on the shared instance.
+  ///@{
   static RVBool True();
   static RVBool False();
   static RVBool Yes();

@@ -122,10 +122,10 @@ class RV_EXPORT RVData : public RVObject {
   /// The number of bytes.
   /// \return the length; 0 when nothing is held.
   unsigned int Length() const;
-  ///@{
   /// The bytes, as one address under three types.
   /// No terminator is added: these are the bytes as they are.
   /// \return the first byte's address; null when nothing is held.
+  ///@{
   const void* Bytes() const;
   const char* CharPointer() const;
   const wchar_t* WideCharPointer() const;
@@ -160,11 +160,11 @@ class RV_EXPORT RVData : public RVObject {
   /// \param string the text appended.
   void AppendString(RVString string);
 
-  ///@{
   /// Writes the bytes to a file, in place or through a temporary file
   /// (atomically).
   /// \param path the file written.
   /// \return false when the file cannot be written.
+  ///@{
   bool WriteToFile(RVString path) const;
   bool WriteToFileAtomically(RVString path) const;
   ///@}

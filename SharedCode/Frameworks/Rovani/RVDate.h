@@ -87,12 +87,12 @@ class RV_EXPORT RVDate : public RVObject {
   /// \return the date, or an empty date.
   static RVDate DateFromMonthDayYearHourMinuteSecond(int month, int day, int year, int hour,
                                                      int minute, double second);
-  ///@{
   /// A date at an interval from the reference date, from now or from
   /// 1 January 1970 (GMT).
   /// An interval that is not a number gives an empty date.
   /// \param seconds the interval; negative for earlier dates.
   /// \return the date, or an empty date.
+  ///@{
   static RVDate DateWithTimeIntervalSinceReferenceDate(double seconds);
   static RVDate DateWithTimeIntervalSinceNow(double seconds);
   static RVDate DateWithTimeIntervalSince1970(double seconds);
@@ -175,11 +175,11 @@ class RV_EXPORT RVDate : public RVObject {
   /// \return the days, negative for dates in the past (36 hours ago is -1.5).
   double DaysSinceNow() const;
 
-  ///@{
   /// Ordered by TimeIntervalSinceRefereceDate(), compared exactly: an empty
   /// date equals the distant past. A NaN interval makes `<`, `>` and `==` false.
   /// \param other the date compared with (wrapped in a handle first).
   /// \return the comparison's result.
+  ///@{
   bool operator<(const RVDate& other) const;
   bool operator<(NSDate* other) const;
   bool operator<(CFDateRef other) const;

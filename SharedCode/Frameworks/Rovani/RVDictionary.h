@@ -111,12 +111,12 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// \return the class type, such as "RVString"; empty when absent.
   RVString ObjectsClassTypeForKey(const RVString& key) const;
 
-  ///@{
   /// Typed getters: an absent key or a value of another class gives an empty
   /// handle (BooleanForKey: false; it also reads numbers, non-zero is true).
   /// The handle shares the stored object.
   /// \param key the key looked up.
   /// \return the value, or the empty (false) result.
+  ///@{
   RVString StringForKey(const RVString& key) const;
   RVArray ArrayForKey(const RVString& key) const;
   RVData DataForKey(const RVString& key) const;
@@ -149,10 +149,10 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// The other's entries win over this dictionary's entries with equal keys.
   /// \param other the entries added.
   void AddDictionary(const RVDictionary& other);
-  ///@{
   /// Adds the other's entries, as AddDictionary().
   /// \param other the entries added.
   /// \return this dictionary.
+  ///@{
   RVDictionary& operator+=(const RVDictionary& other);
   RVDictionary& operator+=(NSDictionary* other);
   RVDictionary& operator+=(CFDictionaryRef other);
@@ -163,13 +163,13 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// \return the dictionary; empty when the file is missing or its root is
   ///   not a dictionary.
   static RVDictionary DictionaryWithContentsOfFile(const RVString& path);
-  ///@{
   /// Writes the dictionary as an XML property-list file, in place or through
   /// a temporary file (atomically).
   /// \warning Values a property list cannot hold (NSNull, RVBool's objects)
   ///   are written as their descriptions, and the write still succeeds.
   /// \param path the file written.
   /// \return false when the file cannot be written.
+  ///@{
   bool WriteToFile(const RVString& path) const;
   bool WriteToFileAtomically(const RVString& path) const;
   ///@}

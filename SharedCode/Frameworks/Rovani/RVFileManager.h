@@ -32,10 +32,10 @@ class RV_EXPORT RVFileManager {
   /// \param path the path tested.
   /// \return whether a directory is there.
   static bool IsDirectory(const RVString& path);
-  ///@{
   /// Whether the calling process may read, write, execute or delete the item.
   /// \param path the path tested.
   /// \return the answer; false for a missing path.
+  ///@{
   static bool IsReadableItemAtPath(const RVString& path);
   static bool IsWritableItemAtPath(const RVString& path);
   static bool IsExecutableItemAtPath(const RVString& path);
@@ -47,12 +47,12 @@ class RV_EXPORT RVFileManager {
   /// \param path the item removed.
   /// \return whether it succeeded; true when nothing was there.
   static bool RemoveItemAtPath(const RVString& path);
-  ///@{
   /// Copies or moves a file or a directory tree; fails when the destination
   /// exists.
   /// \param source the item copied or moved.
   /// \param destination the new path, which must not exist.
   /// \return whether it succeeded.
+  ///@{
   static bool CopyPathToPath(RVString source, RVString destination);
   static bool MovePathToPath(RVString source, RVString destination);
   ///@}

@@ -44,90 +44,90 @@ class RV_EXPORT RVInternalRef {
   /// No instances.
   RVInternalRef() = delete;
 
-  ///@{
   /// The RVArray handle's object as a `CFArrayRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param array the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFArrayRef Access(const RVArray& array);
   static CFArrayRef Access(const RVArray* array);
   ///@}
-  ///@{
   /// The RVBool handle's object as a `CFBooleanRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param boolean the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFBooleanRef Access(const RVBool& boolean);
   static CFBooleanRef Access(const RVBool* boolean);
   ///@}
-  ///@{
   /// The RVString handle's object as a `CFStringRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param string the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFStringRef Access(const RVString& string);
   static CFStringRef Access(const RVString* string);
   ///@}
-  ///@{
   /// The RVData handle's object as a `CFDataRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param data the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFDataRef Access(const RVData& data);
   static CFDataRef Access(const RVData* data);
   ///@}
-  ///@{
   /// The RVDate handle's object as a `CFDateRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param date the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFDateRef Access(const RVDate& date);
   static CFDateRef Access(const RVDate* date);
   ///@}
-  ///@{
   /// The RVDateFormatter handle's object as a `CFDateFormatterRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param formatter the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFDateFormatterRef Access(const RVDateFormatter& formatter);
   static CFDateFormatterRef Access(const RVDateFormatter* formatter);
   ///@}
-  ///@{
   /// The RVDictionary handle's object as a `CFDictionaryRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param dictionary the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFDictionaryRef Access(const RVDictionary& dictionary);
   static CFDictionaryRef Access(const RVDictionary* dictionary);
   ///@}
-  ///@{
   /// The RVNumber handle's object as a `CFNumberRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param number the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFNumberRef Access(const RVNumber& number);
   static CFNumberRef Access(const RVNumber* number);
   ///@}
-  ///@{
   /// The RVURL handle's object as a `CFURLRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param url the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFURLRef Access(const RVURL& url);
   static CFURLRef Access(const RVURL* url);
   ///@}
-  ///@{
   /// The RVValue handle's object as a `CFNumberRef`, not retained: the handle
   /// keeps owning it, and the caller must not release it.
   /// \param value the handle (a pointer to it for the second form).
   /// \return the held object; null for an empty handle.
+  ///@{
   static CFNumberRef Access(const RVValue& value);
   static CFNumberRef Access(const RVValue* value);
   ///@}
-  ///@{
   /// The range as Core Foundation's range.
   /// \param range the range (a pointer to it for the second form).
   /// \return a CFRange with the same location and length.
+  ///@{
   static CFRange Access(const RVRange& range);
   static CFRange Access(const RVRange* range);
   ///@}
@@ -150,10 +150,10 @@ class RV_EXPORT RVInternalRef {
   /// \return a pointer to the handle's own slot.
   static CFDataRef* Assign(RVData& data);
 
-  ///@{
   /// The same pointer, no retain.
   /// \param ref a Core Foundation reference, or null.
   /// \return \p ref as an untyped object pointer.
+  ///@{
   static RVId ToRVId(CFBooleanRef ref);
   static RVId ToRVId(CFArrayRef ref);
   static RVId ToRVId(CFBundleRef ref);
@@ -168,12 +168,12 @@ class RV_EXPORT RVInternalRef {
   static RVId ToRVId(CFURLRef ref);
   ///@}
 
-  ///@{
   /// A handle holding \p ref (retained) when it is a reference of the
   /// handle's kind; the class's default handle for null or for a reference
   /// of another type. Nothing is logged.
   /// \param ref a Core Foundation reference, or null.
   /// \return the new handle.
+  ///@{
   static RVArray Convert(CFArrayRef ref);
   static RVURL Convert(CFURLRef ref);
   static RVBool Convert(CFBooleanRef ref);
@@ -207,7 +207,6 @@ class RV_EXPORT RVInternalRef {
   ///   or for a reference of another type.
   static RVValue ConvertToValue(CFNumberRef ref);
 
-  ///@{
   /// Convert, then one release of \p ref (unless null), whatever its type,
   /// for references obtained under Core Foundation's "create" or "copy"
   /// rule.
@@ -215,6 +214,7 @@ class RV_EXPORT RVInternalRef {
   ///   ownership ends in every case.
   /// \param ref a reference the caller owns, or null.
   /// \return the handle Convert gives for \p ref.
+  ///@{
   static RVArray ConvertAndRelease(CFArrayRef ref);
   static RVURL ConvertAndRelease(CFURLRef ref);
   static RVBool ConvertAndRelease(CFBooleanRef ref);

@@ -31,11 +31,11 @@ class RV_EXPORT RVNumber : public RVObject {
   /// object).
   /// \param boolean the boolean read.
   RVNumber(RVBool boolean);
-  ///@{
   /// A new number made from \p value, at the width and kind of its type.
   /// \note There is deliberately no signed char member: signed char is the
   ///   platform's boolean type.
   /// \param value the scalar held.
+  ///@{
   RVNumber(bool value);
   RVNumber(char value);
   RVNumber(unsigned char value);
@@ -67,10 +67,10 @@ class RV_EXPORT RVNumber : public RVObject {
   /// \param boolean the boolean read.
   /// \return this number.
   RVNumber& operator=(RVBool boolean);
-  ///@{
   /// Holds a new number made from \p value (no signed char form).
   /// \param value the scalar held.
   /// \return this number.
+  ///@{
   RVNumber& operator=(bool value);
   RVNumber& operator=(char value);
   RVNumber& operator=(unsigned char value);
@@ -84,9 +84,9 @@ class RV_EXPORT RVNumber : public RVObject {
   RVNumber& operator=(double value);
   ///@}
 
-  ///@{
   /// The number read as the target type, by Foundation's conversion.
   /// \return the value; 0 (or false) for an empty number.
+  ///@{
   operator char() const;
   operator unsigned char() const;
   operator short() const;
@@ -115,7 +115,6 @@ class RV_EXPORT RVNumber : public RVObject {
   /// \param other the number compared with.
   /// \return whether both hold equal numbers.
   bool operator==(const RVNumber& other) const;
-  ///@{
   /// Compared exactly at the width of the argument; no tolerance for floats.
   ///
   /// The number is read as the argument's type first: RVNumber(300) equals
@@ -123,6 +122,7 @@ class RV_EXPORT RVNumber : public RVObject {
   /// never equal. bool and RVBool compare the number's truth.
   /// \param value the scalar compared with.
   /// \return whether the number, read as that type, equals \p value.
+  ///@{
   bool operator==(char value) const;
   bool operator==(unsigned char value) const;
   bool operator==(short value) const;
@@ -140,10 +140,10 @@ class RV_EXPORT RVNumber : public RVObject {
   /// \param other the number compared with.
   /// \return whether the numbers differ.
   bool operator!=(const RVNumber& other) const;
-  ///@{
   /// The negation of the matching operator== (a NaN always differs).
   /// \param value the scalar compared with.
   /// \return whether the number, read as that type, differs from \p value.
+  ///@{
   bool operator!=(char value) const;
   bool operator!=(unsigned char value) const;
   bool operator!=(short value) const;

@@ -75,31 +75,31 @@ class RV_EXPORT RVRange {
   ///   false for an empty range.
   bool IsLocationInRange(unsigned int position) const;
 
-  ///@{
   /// Field-by-field equality.
   /// \param other the range compared with.
   /// \return whether both locations and both lengths are equal.
+  ///@{
   bool operator==(const RVRange& other) const;
   bool operator==(const _NSRange& other) const;
   bool IsEqualToRange(const RVRange& other) const;
   bool IsEqualToRange(const _NSRange& other) const;
   ///@}
 
-  ///@{
   /// Location: the smaller location. Length: the distance between the two
   /// locations plus the larger length, so (0,10) with (5,2) gives (0,15).
   /// \warning Not the smallest range covering both: the rule is kept as it
   ///   stands by design, and callers rely on it.
   /// \param other the other range.
   /// \return the combined range.
+  ///@{
   RVRange UnionRange(const RVRange& other) const;
   RVRange UnionRange(const _NSRange& other) const;
   ///@}
-  ///@{
   /// The positions both ranges cover: (0,0) when the ranges do not overlap
   /// (touching ranges such as (0,5) and (5,5) included).
   /// \param other the other range.
   /// \return the common range, or (0,0).
+  ///@{
   RVRange IntersectionRange(const RVRange& other) const;
   RVRange IntersectionRange(const _NSRange& other) const;
   ///@}

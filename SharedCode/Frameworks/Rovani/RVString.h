@@ -84,10 +84,10 @@ class RV_EXPORT RVString : public RVObject {
   /// \param str a Core Foundation string reference, or null.
   /// \return this string.
   RVString& operator=(CFStringRef str);
-  ///@{
   /// A null pointer makes the string nil; otherwise decoded as UTF-8.
   /// \param str NUL-terminated UTF-8 text, or null.
   /// \return this string.
+  ///@{
   RVString& operator=(const char* str);
   RVString& operator=(const unsigned char* str);
   ///@}
@@ -183,21 +183,21 @@ class RV_EXPORT RVString : public RVObject {
   /// \return the truth; false for a nil string.
   bool BoolValue() const;
 
-  ///@{
   /// Case-sensitive equality; a nil left side is never equal.
   /// \param other the text to compare with (converted to a string first).
   /// \return whether both hold the same text.
+  ///@{
   bool IsEqualToString(const RVString& other) const;
   bool IsEqualToString(RVId other) const;
   bool IsEqualToString(const char* other) const;
   bool IsEqualToString(const unsigned char* other) const;
   bool IsEqualToString(const wchar_t* other) const;
   ///@}
-  ///@{
   /// Case-sensitive equality, as IsEqualToString(); a nil left side is never
   /// equal, so a nil string differs even from the empty string.
   /// \param other the text to compare with (converted to a string first).
   /// \return whether both hold the same text.
+  ///@{
   bool operator==(const RVString& other) const;
   bool operator==(RVId other) const;
   bool operator==(NSString* other) const;
@@ -205,10 +205,10 @@ class RV_EXPORT RVString : public RVObject {
   bool operator==(const unsigned char* other) const;
   bool operator==(const wchar_t* other) const;
   ///@}
-  ///@{
   /// The exact negation of the matching operator==.
   /// \param other the text to compare with (converted to a string first).
   /// \return whether the texts differ; true when this string is nil.
+  ///@{
   bool operator!=(const RVString& other) const;
   bool operator!=(RVId other) const;
   bool operator!=(NSString* other) const;
@@ -322,21 +322,21 @@ class RV_EXPORT RVString : public RVObject {
   /// \param ... the arguments the format names.
   /// \return the formatted text.
   static RVString StringWithFormat(RVString format, ...);
-  ///@{
   /// Null bytes give the default (empty) string.
   /// \param bytes NUL-terminated text in the given encoding, or null.
   /// \param code a string-encoding code; any other code is logged as
   ///   "Unhandled string encoding" and read as UTF-8.
   /// \return the decoded string.
+  ///@{
   static RVString StringWithCStringUsingEncoding(const char* bytes, unsigned int code);
   static RVString StringWithCStringUsingEncoding(const unsigned char* bytes, unsigned int code);
   ///@}
 
-  ///@{
   /// Appends the other side as `%@` renders it; a nil left side counts as "".
   /// The string then holds a new string; copies made before keep the old one.
   /// \param other the text appended (converted to a string first).
   /// \return this string.
+  ///@{
   RVString& operator+=(const RVString& other);
   RVString& operator+=(RVId other);
   RVString& operator+=(const char* other);
@@ -349,12 +349,12 @@ class RV_EXPORT RVString : public RVObject {
   RVString(RVId literal, ConstantObject constant) : RVObject(literal, constant) {}
 };
 
-///@{
 /// Concatenation: a copy of the left side as a string, with the right side
 /// appended by RVString::operator+=.
 /// \param left the text in front (converted to a string first).
 /// \param right the text appended (converted to a string first).
 /// \return the joined text.
+///@{
 RV_EXPORT RVString operator+(const RVString& left, const RVString& right);
 RV_EXPORT RVString operator+(const RVString& left, CFStringRef right);
 RV_EXPORT RVString operator+(CFStringRef left, const RVString& right);

@@ -70,7 +70,6 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// \return the entries; a dictionary without entries when the domain
   ///   holds nothing.
   RVDictionary DictionaryRepresentation() const;
-  ///@{
   /// The typed getters answer the empty or zero result when the key is
   /// missing or holds another type.
   /// \warning When the key holds another type, the handle made for the
@@ -78,6 +77,7 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   ///   seen (kept by design). BoolForKey is the exception and never leaks.
   /// \param key the key looked up.
   /// \return the value, or the empty or zero result.
+  ///@{
   RVArray ArrayForKey(RVString key) const;
   /// The elements' types are not examined.
   /// \warning Leaks the handle made for a value of another type, as the
@@ -108,10 +108,10 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// \param value the value stored, or an empty handle to remove the key.
   /// \param key the key set.
   void SetObjectForKey(const RVObject& value, RVString key);
-  ///@{
   /// Stores a number made from \p value, as SetObjectForKey().
   /// \param value the value stored.
   /// \param key the key set.
+  ///@{
   void SetIntegerForKey(int value, RVString key);
   void SetFloatForKey(float value, RVString key);
   void SetDoubleForKey(double value, RVString key);

@@ -6,7 +6,6 @@
 #include <Rovani/RVDefines.h>
 #include <Rovani/RVString.h>
 
-///@{
 /// Writes one log line to standard error through the platform's NSLogv,
 /// which adds its own prefix (time, process) and the line end.
 ///
@@ -16,6 +15,7 @@
 /// logs in every build, exactly as RVLog does (by design).
 /// \param format the format; pass handles as their Ref() for `%@`.
 /// \param ... the arguments the format names.
+///@{
 RV_EXPORT void RVLog(RVString format, ...);
 RV_EXPORT void DebugLog(RVString format, ...);
 ///@}

@@ -35,10 +35,10 @@ class RV_EXPORT RVValue : public RVObject {
   /// A boolean box holding the raw value (not reduced to 0 or 1).
   /// \param value the byte boxed as it is.
   RVValue(signed char value);
-  ///@{
   /// A box of \p value at the width of its type, made as an autoreleased
   /// number: needs a pool.
   /// \param value the integer boxed.
+  ///@{
   RVValue(char value);
   RVValue(unsigned char value);
   RVValue(short value);
@@ -63,11 +63,11 @@ class RV_EXPORT RVValue : public RVObject {
   /// \param value the box, or nil.
   /// \return this value.
   RVValue& operator=(NSValue* value);
-  ///@{
   /// Holds a new box of \p value, as the matching constructor makes it
   /// (autoreleased: needs a pool).
   /// \param value the scalar boxed.
   /// \return this value.
+  ///@{
   RVValue& operator=(bool value);
   RVValue& operator=(signed char value);
   RVValue& operator=(char value);
@@ -99,9 +99,9 @@ class RV_EXPORT RVValue : public RVObject {
   /// The truth, as for numbers (not the char value).
   /// \return 1 for a non-zero box, else 0.
   operator signed char() const;  // the truth, as for numbers
-  ///@{
   /// The box read as the target type, by Foundation's conversion.
   /// \return the value; 0 for an empty value.
+  ///@{
   operator char() const;
   operator unsigned char() const;
   operator short() const;
@@ -130,11 +130,11 @@ class RV_EXPORT RVValue : public RVObject {
   /// \param other the box compared with, or nil.
   /// \return whether \p other equals this box; false for nil.
   bool operator==(NSValue* other) const;
-  ///@{
   /// The box read as the argument's type and compared exactly at its width
   /// (bool: the box's truth).
   /// \param value the scalar compared with.
   /// \return whether they are equal.
+  ///@{
   bool operator==(unsigned char value) const;
   bool operator==(short value) const;
   bool operator==(unsigned short value) const;
@@ -163,10 +163,10 @@ class RV_EXPORT RVValue : public RVObject {
   /// \param other the box compared with, or nil.
   /// \return whether they differ; true for nil.
   bool operator!=(NSValue* other) const;
-  ///@{
   /// The negation of the matching operator==.
   /// \param value the scalar compared with.
   /// \return whether they differ.
+  ///@{
   bool operator!=(unsigned char value) const;
   bool operator!=(short value) const;
   bool operator!=(unsigned short value) const;
