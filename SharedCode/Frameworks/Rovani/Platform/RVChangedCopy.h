@@ -36,7 +36,8 @@ void RVChangeHeld(RVObject& handle, RVStoreKind kind, Change change, id argument
     change(store);
     return;
   }
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  // Only copying contents leaves references behind; a first change has none.
+  NSAutoreleasePool* pool = held != nil ? [[NSAutoreleasePool alloc] init] : nil;
   id changed;
   if (RVStoreKindFits(held, kind)) {
     changed = RVNewStoreObject(kind, held, &store);
