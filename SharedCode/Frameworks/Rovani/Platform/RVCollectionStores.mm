@@ -26,145 +26,166 @@
 // that nobody retained, whose handle changes it inside the loop, ends with
 // the platform's mutation exception instead of reading a changed store.
 
-@interface RVStoreEnumerator : NSEnumerator {
+// With this runtime the compiler gives every class implementation and every
+// class it messages a global symbol of its own, whatever the visibility the
+// library builds with; these classes are the library's private business, so
+// their symbols are hidden here.
+#define RV_HIDDEN_CLASS_SYMBOLS(name) \
+  asm(".hidden __objc_class_name_" #name "\n.hidden __objc_class_ref_" #name);
+RV_HIDDEN_CLASS_SYMBOLS(RVStoreEnumerator)
+RV_HIDDEN_CLASS_SYMBOLS(RVDictionaryObject)
+RV_HIDDEN_CLASS_SYMBOLS(RVArrayObject)
+RV_HIDDEN_CLASS_SYMBOLS(RVDataObject)
+
+// What each object keeps lives in bytes allocated beyond the object itself,
+// not in instance variables: nothing that looks objects over by name (key-
+// value coding, archivers that walk instance variables) can reach it.
+namespace {
+
+struct EnumeratorSlots {
   id owner;
   NSEnumerator* inner;
+};
+
+template <typename Store>
+struct StoreSlots {
+  Store store;
+  unsigned long mutations;  // changes made in place
+};
+
+template <typename Slots>
+Slots& SlotsOf(id obj) {
+  return *static_cast<Slots*>(object_getIndexedIvars(obj));
 }
-- (id)initWithOwner:(id)anOwner enumerator:(NSEnumerator*)anEnumerator;
+
+}  // namespace
+
+#define RV_ALLOCATE_WITH_SLOTS(Slots)                 \
+  +(id)allocWithZone : (NSZone*)zone {                 \
+    return NSAllocateObject(self, sizeof(Slots), zone); \
+  }
+
+@interface RVStoreEnumerator : NSEnumerator
+- (id)initWithOwner:(id)owner enumerator:(NSEnumerator*)inner;
 @end
 
 @implementation RVStoreEnumerator
-- (id)initWithOwner:(id)anOwner enumerator:(NSEnumerator*)anEnumerator {
+RV_ALLOCATE_WITH_SLOTS(EnumeratorSlots)
+- (id)initWithOwner:(id)owner enumerator:(NSEnumerator*)inner {
   if ((self = [super init]) != nil) {
-    owner = [anOwner retain];
-    inner = [anEnumerator retain];
+    SlotsOf<EnumeratorSlots>(self).owner = [owner retain];
+    SlotsOf<EnumeratorSlots>(self).inner = [inner retain];
   }
   return self;
 }
 - (id)nextObject {
-  return [inner nextObject];
+  return [SlotsOf<EnumeratorSlots>(self).inner nextObject];
 }
 - (void)dealloc {
-  [inner release];
-  [owner release];
+  [SlotsOf<EnumeratorSlots>(self).inner release];
+  [SlotsOf<EnumeratorSlots>(self).owner release];
   [super dealloc];
 }
 @end
 
 // The platform's own class of an immutable object of each kind: what an
 // immutable copy of a mutable one is.
-static Class PlatformClass(int kind);
+static Class PlatformClass(RVStoreKind kind);
 
 static NSEnumerator* OwnedEnumerator(id owner, NSEnumerator* inner) {
   return [[[RVStoreEnumerator alloc] initWithOwner:owner enumerator:inner] autorelease];
 }
 
-@interface RVDictionaryObject : NSDictionary {
- @public
-  NSMutableDictionary* store;
-  unsigned long mutations;  // changes made in place
-}
+using DictionarySlots = StoreSlots<NSMutableDictionary*>;
+using ArraySlots = StoreSlots<NSMutableArray*>;
+using DataSlots = StoreSlots<NSMutableData*>;
+
+// The methods every kind shares: its store's own mutable copy, a retain
+// for a copy, its parent class for archives, its store released with it.
+#define RV_STORE_OBJECT_METHODS(Slots, Kind, Parent)                  \
+  RV_ALLOCATE_WITH_SLOTS(Slots)                                        \
+  -(Class) class {                                                     \
+    return PlatformClass(Kind);                                        \
+  }                                                                    \
+  -(id)initWithStore : (id)store {                                     \
+    SlotsOf<Slots>(self).store = store;                                \
+    return self;                                                       \
+  }                                                                    \
+  -(id)copyWithZone : (NSZone*)zone {                                  \
+    return [self retain];                                              \
+  }                                                                    \
+  -(id)mutableCopyWithZone : (NSZone*)zone {                           \
+    return [SlotsOf<Slots>(self).store mutableCopyWithZone:zone];      \
+  }                                                                    \
+  -(Class)classForCoder {                                              \
+    return [Parent class];                                             \
+  }                                                                    \
+  -(void)dealloc {                                                     \
+    [SlotsOf<Slots>(self).store release];                              \
+    [super dealloc];                                                   \
+  }
+
+// Fast enumeration is the store's, under the object's own mutation count.
+#define RV_STORE_FAST_ENUMERATION(Slots)                                                  \
+  -(NSUInteger)countByEnumeratingWithState : (NSFastEnumerationState*)state               \
+                                    objects : (__unsafe_unretained id[])buffer            \
+                                      count : (NSUInteger)length {                        \
+    Slots& slots = SlotsOf<Slots>(self);                                                  \
+    NSUInteger count = [slots.store countByEnumeratingWithState:state                     \
+                                                        objects:buffer                    \
+                                                          count:length];                  \
+    state->mutationsPtr = &slots.mutations;                                               \
+    return count;                                                                         \
+  }
+
+@interface RVDictionaryObject : NSDictionary
 @end
 
 @implementation RVDictionaryObject
-- (Class)class {
-  return PlatformClass(0);
-}
+RV_STORE_OBJECT_METHODS(DictionarySlots, RVStoreKind::kDictionary, NSDictionary)
+RV_STORE_FAST_ENUMERATION(DictionarySlots)
 - (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
-  store = [[NSMutableDictionary alloc] initWithObjects:objects forKeys:keys count:count];
-  return self;
-}
-- (id)initWithStore:(NSMutableDictionary*)aStore {
-  store = aStore;
-  return self;
+  return [self initWithStore:[[NSMutableDictionary alloc] initWithObjects:objects
+                                                                  forKeys:keys
+                                                                    count:count]];
 }
 - (NSUInteger)count {
-  return [store count];
+  return [SlotsOf<DictionarySlots>(self).store count];
 }
 - (id)objectForKey:(id)key {
-  return [store objectForKey:key];
+  return [SlotsOf<DictionarySlots>(self).store objectForKey:key];
 }
 - (NSEnumerator*)keyEnumerator {
-  return OwnedEnumerator(self, [store keyEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store keyEnumerator]);
 }
 - (NSEnumerator*)objectEnumerator {
-  return OwnedEnumerator(self, [store objectEnumerator]);
-}
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(__unsafe_unretained id[])buffer
-                                    count:(NSUInteger)length {
-  NSUInteger count = [store countByEnumeratingWithState:state objects:buffer count:length];
-  state->mutationsPtr = &mutations;
-  return count;
-}
-- (id)copyWithZone:(NSZone*)zone {
-  return [self retain];
-}
-- (id)mutableCopyWithZone:(NSZone*)zone {
-  return [store mutableCopyWithZone:zone];
-}
-- (Class)classForCoder {
-  return [NSDictionary class];
-}
-- (void)dealloc {
-  [store release];
-  [super dealloc];
+  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store objectEnumerator]);
 }
 @end
 
-@interface RVArrayObject : NSArray {
- @public
-  NSMutableArray* store;
-  unsigned long mutations;  // changes made in place
-}
+@interface RVArrayObject : NSArray
 @end
 
 @implementation RVArrayObject
-- (Class)class {
-  return PlatformClass(1);
-}
+RV_STORE_OBJECT_METHODS(ArraySlots, RVStoreKind::kArray, NSArray)
+RV_STORE_FAST_ENUMERATION(ArraySlots)
 - (id)initWithObjects:(const id[])objects count:(NSUInteger)count {
-  store = [[NSMutableArray alloc] initWithObjects:objects count:count];
-  return self;
-}
-- (id)initWithStore:(NSMutableArray*)aStore {
-  store = aStore;
-  return self;
+  return [self initWithStore:[[NSMutableArray alloc] initWithObjects:objects count:count]];
 }
 - (NSUInteger)count {
-  return [store count];
+  return [SlotsOf<ArraySlots>(self).store count];
 }
 - (id)objectAtIndex:(NSUInteger)index {
-  return [store objectAtIndex:index];
+  return [SlotsOf<ArraySlots>(self).store objectAtIndex:index];
 }
 - (void)getObjects:(__unsafe_unretained id[])objects range:(NSRange)range {
-  [store getObjects:objects range:range];
+  [SlotsOf<ArraySlots>(self).store getObjects:objects range:range];
 }
 - (NSEnumerator*)objectEnumerator {
-  return OwnedEnumerator(self, [store objectEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store objectEnumerator]);
 }
 - (NSEnumerator*)reverseObjectEnumerator {
-  return OwnedEnumerator(self, [store reverseObjectEnumerator]);
-}
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(__unsafe_unretained id[])buffer
-                                    count:(NSUInteger)length {
-  NSUInteger count = [store countByEnumeratingWithState:state objects:buffer count:length];
-  state->mutationsPtr = &mutations;
-  return count;
-}
-- (id)copyWithZone:(NSZone*)zone {
-  return [self retain];
-}
-- (id)mutableCopyWithZone:(NSZone*)zone {
-  return [store mutableCopyWithZone:zone];
-}
-- (Class)classForCoder {
-  return [NSArray class];
-}
-- (void)dealloc {
-  [store release];
-  [super dealloc];
+  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store reverseObjectEnumerator]);
 }
 @end
 
@@ -176,19 +197,13 @@ static NSEnumerator* OwnedEnumerator(id owner, NSEnumerator* inner) {
 // old object is freed) or not. A caller that keeps the object (by copying
 // the handle, or retaining it) forces the next change to copy, and its
 // pointer stays good.
-@interface RVDataObject : NSData {
- @public
-  NSMutableData* store;
-}
+@interface RVDataObject : NSData
 @end
 
 @implementation RVDataObject
-- (Class)class {
-  return PlatformClass(2);
-}
+RV_STORE_OBJECT_METHODS(DataSlots, RVStoreKind::kData, NSData)
 - (id)initWithBytes:(const void*)bytes length:(NSUInteger)length {
-  store = [[NSMutableData alloc] initWithBytes:bytes length:length];
-  return self;
+  return [self initWithStore:[[NSMutableData alloc] initWithBytes:bytes length:length]];
 }
 - (id)initWithBytesNoCopy:(void*)bytes length:(NSUInteger)length freeWhenDone:(BOOL)shouldFree {
   self = [self initWithBytes:bytes length:length];
@@ -198,31 +213,14 @@ static NSEnumerator* OwnedEnumerator(id owner, NSEnumerator* inner) {
 - (id)init {
   return [self initWithBytes:NULL length:0];
 }
-- (id)initWithStore:(NSMutableData*)aStore {
-  store = aStore;
-  return self;
-}
 - (NSUInteger)length {
-  return [store length];
+  return [SlotsOf<DataSlots>(self).store length];
 }
 - (const void*)bytes {
-  return [store bytes];
+  return [SlotsOf<DataSlots>(self).store bytes];
 }
 - (void)getBytes:(void*)buffer range:(NSRange)range {
-  [store getBytes:buffer range:range];
-}
-- (id)copyWithZone:(NSZone*)zone {
-  return [self retain];
-}
-- (id)mutableCopyWithZone:(NSZone*)zone {
-  return [store mutableCopyWithZone:zone];
-}
-- (Class)classForCoder {
-  return [NSData class];
-}
-- (void)dealloc {
-  [store release];
-  [super dealloc];
+  [SlotsOf<DataSlots>(self).store getBytes:buffer range:range];
 }
 @end
 
@@ -257,7 +255,7 @@ const StoreClasses& Classes() {
 
 }  // namespace
 
-static Class PlatformClass(int kind) { return Classes().platform[kind]; }
+static Class PlatformClass(RVStoreKind kind) { return Classes().platform[static_cast<int>(kind)]; }
 
 bool RVStoreKindFits(id obj, RVStoreKind kind) {
   return obj == nil || [obj isKindOfClass:Classes().parent[static_cast<int>(kind)]];
@@ -266,21 +264,10 @@ bool RVStoreKindFits(id obj, RVStoreKind kind) {
 id RVSolelyHeldStore(id obj, RVStoreKind kind) {
   if (obj == nil || object_getClass(obj) != Classes().own[static_cast<int>(kind)]) return nil;
   if ([obj retainCount] != 1) return nil;
-  switch (kind) {
-    case RVStoreKind::kDictionary: {
-      RVDictionaryObject* dictionary = static_cast<RVDictionaryObject*>(obj);
-      ++dictionary->mutations;
-      return dictionary->store;
-    }
-    case RVStoreKind::kArray: {
-      RVArrayObject* array = static_cast<RVArrayObject*>(obj);
-      ++array->mutations;
-      return array->store;
-    }
-    case RVStoreKind::kData:
-      return static_cast<RVDataObject*>(obj)->store;
-  }
-  return nil;
+  // Every kind keeps the same two slots, the store first.
+  StoreSlots<id>& slots = SlotsOf<StoreSlots<id>>(obj);
+  ++slots.mutations;
+  return slots.store;
 }
 
 id RVNewStoreObject(RVStoreKind kind, id contents, id* store) {
