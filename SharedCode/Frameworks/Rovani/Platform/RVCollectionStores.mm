@@ -38,8 +38,9 @@ RV_HIDDEN_CLASS_SYMBOLS(RVArrayObject)
 RV_HIDDEN_CLASS_SYMBOLS(RVDataObject)
 
 // What each object keeps lives in bytes allocated beyond the object itself,
-// not in instance variables: nothing that looks objects over by name (key-
-// value coding, archivers that walk instance variables) can reach it.
+// not in instance variables, which key-value coding would find by name and
+// could replace (-class answers the platform's class, so asking the class
+// whether its variables may be reached directly asks the wrong one).
 namespace {
 
 struct EnumeratorSlots {
