@@ -14,7 +14,7 @@ enum class RVStoreKind {
 };
 
 // Whether obj's contents can be taken by an object of this kind: nil, or a
-// kind of NSDictionary, NSArray or NSData respectively.
+// kind of the kind's immutable class (NSDictionary, NSArray, NSData).
 bool RVStoreKindFits(id obj, RVStoreKind kind);
 
 // The mutable store inside obj when obj is the library's own object of this
