@@ -99,20 +99,24 @@ RVString RVArray::ComponentsJoinedByString(const RVString& separator) const {
 }
 
 void RVArray::AddObject(const RVObject& object) {
-  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) { [working addObject:object.Ref()]; });
+  id element = object.Ref();
+  RVChangeHeld(
+      *this, RVStoreKind::kArray, [&](NSMutableArray* working) { [working addObject:element]; },
+      element);
 }
 
 void RVArray::RemoveLastObject() {
-  RVReplaceWithChanged(*this, [NSMutableArray class], [](NSMutableArray* working) { [working removeLastObject]; });
+  RVChangeHeld(*this, RVStoreKind::kArray,
+               [](NSMutableArray* working) { [working removeLastObject]; });
 }
 
 void RVArray::RemoveObjectAtIndex(unsigned int index) {
-  RVReplaceWithChanged(*this, [NSMutableArray class],
-                     [&](NSMutableArray* working) { [working removeObjectAtIndex:index]; });
+  RVChangeHeld(*this, RVStoreKind::kArray,
+               [&](NSMutableArray* working) { [working removeObjectAtIndex:index]; });
 }
 
 void RVArray::ExchangeObjectAtIndexWithObjectAtIndex(unsigned int first, unsigned int second) {
-  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) {
+  RVChangeHeld(*this, RVStoreKind::kArray, [&](NSMutableArray* working) {
     [working exchangeObjectAtIndex:first withObjectAtIndex:second];
   });
 }
@@ -125,9 +129,10 @@ void RVArray::SetObjectAtIndex(const RVObject& object, unsigned int index) {
     else if (object.IsTypeOfClass(RVArray::ClassType()))
       element = [NSArray array];
   }
-  RVReplaceWithChanged(*this, [NSMutableArray class], [&](NSMutableArray* working) {
-    [working replaceObjectAtIndex:index withObject:element];
-  });
+  RVChangeHeld(
+      *this, RVStoreKind::kArray,
+      [&](NSMutableArray* working) { [working replaceObjectAtIndex:index withObject:element]; },
+      element);
 }
 
 void RVArray::RemoveAllObjects() { Empty(); }

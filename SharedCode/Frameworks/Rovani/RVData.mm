@@ -134,8 +134,10 @@ RVData RVData::SubdataWithRange(const RVRange& range) const {
 }
 
 void RVData::AppendData(RVData other) {
-  RVReplaceWithChanged(*this, [NSMutableData class],
-                       [&](NSMutableData* working) { [working appendData:other.Ref()]; });
+  // other is a handle of its own: appending data to itself copies, since
+  // the object then has two holders.
+  RVChangeHeld(*this, RVStoreKind::kData,
+               [&](NSMutableData* working) { [working appendData:other.Ref()]; });
 }
 
 void RVData::AppendString(RVString string) {

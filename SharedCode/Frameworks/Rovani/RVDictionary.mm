@@ -196,9 +196,9 @@ RVEnumerator RVDictionary::KeyEnumerator() const { return RVEnumerator([Ref() ke
 void RVDictionary::SetObjectForKey(const RVObject& value, const RVString& key) {
   id object = value.Ref();
   if (value.IsEmpty()) object = PlaceholderForEmptyValue(value, false);
-  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
-    [working setObject:object forKey:key.Ref()];
-  });
+  RVChangeHeld(
+      *this, RVStoreKind::kDictionary,
+      [&](NSMutableDictionary* working) { [working setObject:object forKey:key.Ref()]; }, object);
 }
 
 void RVDictionary::SetValueForKey(const RVObject& value, const RVString& key) {
@@ -209,13 +209,13 @@ void RVDictionary::SetValueForKey(const RVObject& value, const RVString& key) {
     id placeholder = PlaceholderForEmptyValue(value, true);
     if (placeholder != nil) object = placeholder;
   }
-  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
-    [working setValue:object forKey:key.Ref()];
-  });
+  RVChangeHeld(
+      *this, RVStoreKind::kDictionary,
+      [&](NSMutableDictionary* working) { [working setValue:object forKey:key.Ref()]; }, object);
 }
 
 void RVDictionary::RemoveObjectForKey(const RVString& key) {
-  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
+  RVChangeHeld(*this, RVStoreKind::kDictionary, [&](NSMutableDictionary* working) {
     [working removeObjectForKey:key.Ref()];
   });
 }
@@ -224,7 +224,7 @@ void RVDictionary::AddDictionary(const RVDictionary& other) {
   if (other.IsEmpty()) return;
   // Nothing to add from a dictionary equal to this one (itself included).
   if (!(static_cast<const RVObject&>(other) != static_cast<const RVObject&>(*this))) return;
-  RVReplaceWithChanged(*this, [NSMutableDictionary class], [&](NSMutableDictionary* working) {
+  RVChangeHeld(*this, RVStoreKind::kDictionary, [&](NSMutableDictionary* working) {
     [working addEntriesFromDictionary:other.Ref()];
   });
 }

@@ -1,5 +1,5 @@
-// Copy, change, replace: how collections and data change without ever
-// changing an object another handle may share.
+// How dictionaries, arrays and data change: never under anybody who holds
+// the object, and in place when nobody else can see it.
 #ifndef ROVANI_PLATFORM_RVCHANGEDCOPY_H
 #define ROVANI_PLATFORM_RVCHANGEDCOPY_H
 
@@ -7,35 +7,64 @@
 
 #include <Rovani/RVObject.h>
 
-// The change is applied to a mutable copy of held (an empty one for nil),
-// and an immutable copy of the result is returned, owned by the caller (+1).
+#include "Platform/RVCollectionStores.h"
+
+// A handle always holds an immutable object. When it holds one of the
+// library's own (RVCollectionStores.h) and its reference is the only one,
+// change is applied to that object's store in place: a pointer nobody
+// retained is invalid once the handle changes anyway, so the difference
+// cannot be seen. Otherwise the contents are copied once into a new object
+// of the library's own, change is applied to it, and the handle holds it in
+// place of the old object, which whoever else holds it sees unchanged.
+//
+// argument is the object change puts into the collection, if any: when it
+// is the held object itself, the change copies, so that the collection
+// holds its former self rather than itself.
+//
 // GNUstep leaves an autoreleased reference to every element behind when it
 // copies a collection; a pool of our own drains them, so a run of changes
 // does not pile up references until the caller's pool drains. A platform
-// exception raised by change reaches the caller without leaking the copy
-// (the pool goes with the caller's, which also keeps the exception alive).
+// exception raised by change reaches the caller: a change in place is one
+// platform message, which checks its arguments before it changes anything;
+// a copy is released (the pool goes with the caller's, which also keeps
+// the exception alive).
 template <typename Change>
-id RVChangedCopy(id held, Class mutableClass, Change change) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  id working = held != nil ? [held mutableCopy] : [[mutableClass alloc] init];
-  @try {
-    change(working);
-  } @catch (NSException* exception) {
-    [working release];
-    @throw;
+void RVChangeHeld(RVObject& handle, RVStoreKind kind, Change change, id argument = nil) {
+  id held = handle.Ref();
+  id store = RVSolelyHeldStore(held, kind);
+  if (store != nil && argument != held) {
+    change(store);
+    return;
   }
-  id changed = [working copy];
-  [working release];
-  [pool drain];
-  return changed;
-}
-
-// The handle then holds the changed copy in place of its object.
-template <typename Change>
-void RVReplaceWithChanged(RVObject& handle, Class mutableClass, Change change) {
-  id changed = RVChangedCopy(handle.Ref(), mutableClass, change);
+  // Only copying contents leaves references behind; a first change has none.
+  NSAutoreleasePool* pool = held != nil ? [[NSAutoreleasePool alloc] init] : nil;
+  id changed;
+  if (RVStoreKindFits(held, kind)) {
+    changed = RVNewStoreObject(kind, held, &store);
+    @try {
+      change(store);
+    } @catch (NSException* exception) {
+      [changed release];
+      @throw;
+    }
+  } else {
+    // An object of another class than the handle's (a handle takes any
+    // object it is given): its own mutable copy gets the change, which it
+    // mostly refuses by raising, and the handle holds an immutable copy of
+    // the result.
+    id working = [held mutableCopy];
+    @try {
+      change(working);
+    } @catch (NSException* exception) {
+      [working release];
+      @throw;
+    }
+    changed = [working copy];
+    [working release];
+  }
   handle = changed;
   [changed release];
+  [pool drain];
 }
 
 #endif

@@ -1,0 +1,175 @@
+#import <Foundation/Foundation.h>
+
+#include <gtest/gtest.h>
+
+#include <Rovani/Rovani.h>
+
+// Dictionaries, arrays and data change in place when their handle is the only
+// holder of the object, and copy otherwise. These tests hold the object in
+// every other way there is and check that the holder never sees a change,
+// and that the object is an immutable one to whoever looks at it.
+
+namespace {
+
+struct DictionaryKind {
+  using Handle = RVDictionary;
+  static void Change(RVDictionary& d, int i) {
+    d.SetObjectForKey(RVNumber(i), RVString::StringWithFormat("k%d", i));
+  }
+  static Class Immutable() { return [NSDictionary class]; }
+  static Class Mutable() { return [NSMutableDictionary class]; }
+  static SEL Changing() { return @selector(setObject:forKey:); }
+  static void ChangeMutable(id m) { [m setObject:@"v" forKey:@"new"]; }
+  static RVId Bridged(id o) { return RVInternalRef::Convert(static_cast<CFDictionaryRef>(o)).Ref(); }
+};
+
+struct ArrayKind {
+  using Handle = RVArray;
+  static void Change(RVArray& a, int i) { a.AddObject(RVNumber(i)); }
+  static Class Immutable() { return [NSArray class]; }
+  static Class Mutable() { return [NSMutableArray class]; }
+  static SEL Changing() { return @selector(addObject:); }
+  static void ChangeMutable(id m) { [m addObject:@"new"]; }
+  static RVId Bridged(id o) { return RVInternalRef::Convert(static_cast<CFArrayRef>(o)).Ref(); }
+};
+
+struct DataKind {
+  using Handle = RVData;
+  static void Change(RVData& d, int i) { d.AppendString(RVString::StringWithFormat("%d,", i)); }
+  static Class Immutable() { return [NSData class]; }
+  static Class Mutable() { return [NSMutableData class]; }
+  static SEL Changing() { return @selector(appendData:); }
+  static void ChangeMutable(id m) { [m appendBytes:"new" length:3]; }
+  static RVId Bridged(id o) { return RVInternalRef::Convert(static_cast<CFDataRef>(o)).Ref(); }
+};
+
+template <typename Kind>
+class ChangeInPlace : public ::testing::Test {};
+using Kinds = ::testing::Types<DictionaryKind, ArrayKind, DataKind>;
+TYPED_TEST_SUITE(ChangeInPlace, Kinds);
+
+// The handle changes; whoever else holds the object sees it as it was.
+template <typename Kind, typename Hold, typename Let>
+void ExpectHolderSeesNoChange(typename Kind::Handle& handle, int& step, Hold hold, Let let) {
+  id object = handle.Ref();
+  id before = [[object mutableCopy] autorelease];
+  hold(object);
+  Kind::Change(handle, ++step);
+  EXPECT_NE(handle.Ref(), object);
+  EXPECT_TRUE([object isEqual:before]);
+  EXPECT_FALSE([handle.Ref() isEqual:before]);
+  let(object);
+}
+
+TYPED_TEST(ChangeInPlace, NoOtherHolderEverSeesAChange) {
+  using Handle = typename TypeParam::Handle;
+  NSAutoreleasePool* outer = [[NSAutoreleasePool alloc] init];
+  int step = 0;
+  Handle handle;
+  TypeParam::Change(handle, ++step);
+  TypeParam::Change(handle, ++step);
+  // Held by this handle alone: changed where it is.
+  id sole = handle.Ref();
+  TypeParam::Change(handle, ++step);
+  EXPECT_EQ(handle.Ref(), sole);
+  EXPECT_EQ(handle.RetainCount(), 1u);
+
+  Handle* other = nullptr;
+  ExpectHolderSeesNoChange<TypeParam>(
+      handle, step, [&](id) { other = new Handle(handle); }, [&](id) { delete other; });
+  ExpectHolderSeesNoChange<TypeParam>(
+      handle, step, [](id object) { [object retain]; }, [](id object) { [object release]; });
+  NSAutoreleasePool* pool = nil;
+  ExpectHolderSeesNoChange<TypeParam>(
+      handle, step,
+      [&](id object) {
+        pool = [[NSAutoreleasePool alloc] init];
+        [[object retain] autorelease];
+      },
+      [&](id) { [pool drain]; });
+  // The copy a change makes is held by the handle alone again.
+  sole = handle.Ref();
+  TypeParam::Change(handle, ++step);
+  EXPECT_EQ(handle.Ref(), sole);
+  [outer drain];
+}
+
+TYPED_TEST(ChangeInPlace, TheObjectIsImmutableToWhoeverLooks) {
+  using Handle = typename TypeParam::Handle;
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  Handle handle;
+  TypeParam::Change(handle, 1);
+  TypeParam::Change(handle, 2);
+  id object = handle.Ref();
+  EXPECT_TRUE([object isKindOfClass:TypeParam::Immutable()]);
+  EXPECT_FALSE([object isKindOfClass:TypeParam::Mutable()]);
+  EXPECT_FALSE([object respondsToSelector:TypeParam::Changing()]);
+  EXPECT_EQ([object classForCoder], TypeParam::Immutable());
+
+  id copy = [object copy];
+  EXPECT_EQ(copy, object);
+  [copy release];
+  id changeable = [[object mutableCopy] autorelease];
+  EXPECT_TRUE([changeable isKindOfClass:TypeParam::Mutable()]);
+  // The platform's own immutable object with the same contents is equal,
+  // hashes alike, describes itself alike and is of the class answered.
+  id platform = [[changeable copy] autorelease];
+  EXPECT_EQ([object class], [platform class]);
+  EXPECT_TRUE([object isEqual:platform]);
+  EXPECT_TRUE([platform isEqual:object]);
+  EXPECT_EQ([object hash], [platform hash]);
+  EXPECT_TRUE([[object description] isEqual:[platform description]]);
+  id archived = [NSKeyedUnarchiver
+      unarchiveObjectWithData:[NSKeyedArchiver archivedDataWithRootObject:object]];
+  EXPECT_TRUE([archived isEqual:platform]);
+
+  // The mutable copy is the caller's own.
+  TypeParam::ChangeMutable(changeable);
+  EXPECT_FALSE([object isEqual:changeable]);
+
+  // The factory, the bridge and the class types answer the handle's class.
+  RVObject* made = RVObject::Create(object);
+  EXPECT_TRUE(made->IsTypeOfClass(Handle::ClassType()));
+  delete made;
+  EXPECT_EQ(TypeParam::Bridged(object), object);
+  RVDictionary holder;
+  holder.SetObjectForKey(handle, "value");
+  EXPECT_TRUE(holder.ObjectsClassTypeForKey("value") == Handle::ClassType());
+  [pool drain];
+}
+
+TEST(ChangeInPlaceWalks, EnumeratorsAndSelfInsertionSeeTheFormerObject) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVDictionary dictionary;
+  dictionary.SetObjectForKey(RVString("v"), "a");
+  dictionary.SetObjectForKey(RVString("v"), "b");
+  // A live enumerator holds the object: the change copies.
+  RVEnumerator keys = dictionary.KeyEnumerator();
+  dictionary.SetObjectForKey(RVString("v"), "c");
+  EXPECT_EQ([[keys.Ref() allObjects] count], 2u);
+
+  // An array added to itself holds its former self, not itself.
+  RVArray array;
+  array.AddObject(RVString("x"));
+  array.AddObject(array);
+  EXPECT_NE(array.InternalObjectAtIndex(1), array.Ref());
+  EXPECT_EQ([array.InternalObjectAtIndex(1) count], 1u);
+  dictionary.SetObjectForKey(dictionary, "self");
+  EXPECT_EQ([dictionary.DictionaryForKey("self").Ref() count], 3u);
+  [pool drain];
+
+  // A loop over an object nobody retained, while its handle changes it,
+  // ends with the platform's mutation exception, not in freed memory.
+  NSString* raised = nil;
+  @try {
+    for (id element in array.Ref()) {
+      (void)element;
+      array.AddObject(RVString("y"));
+    }
+  } @catch (NSException* exception) {
+    raised = [exception name];
+  }
+  EXPECT_TRUE([raised isEqual:NSGenericException]);
+}
+
+}  // namespace
