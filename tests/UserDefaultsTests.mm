@@ -306,26 +306,11 @@ TEST(UserDefaultsProcesses, ConcurrentWritersLoseNoKeyAndReadersSeeWholeFiles) {
   EXPECT_EQ(Mode(workers.AllUsersFile()), 0644u);
 }
 
-TEST(UserDefaultsProcesses, NextProcessReadsWhatOneWrote) {
-  Workers workers;
-  std::string output;
-  EXPECT_EQ(workers.Run({"read", "handed.on"}, &output), 0);
-  EXPECT_EQ(output, "<none>");
-  EXPECT_EQ(workers.Run({"write", "handed.on", "from the first"}), 0);
-  EXPECT_EQ(workers.Run({"read", "handed.on"}, &output), 0);
-  EXPECT_EQ(output, "from the first");
-  // The current user's store keeps a value without being synchronised.
-  EXPECT_EQ(workers.Run({"read", "handed.on.standard"}, &output), 0);
-  EXPECT_EQ(output, "from the first");
-  // In a directory of its own, where GNUstep neither reads nor writes.
-  EXPECT_EQ(access((workers.UserDir() + "/Rovani/rovani_defaults_worker.plist").c_str(), F_OK), 0);
-  EXPECT_NE(access((workers.UserDir() + "/rovani_defaults_worker.plist").c_str(), F_OK), 0);
-}
-
-// What GNUstep kept for the application before is read with the library's
-// reader until the first write takes it over; GNUstep's file then leaves
-// its sight, so a key removed afterwards stays removed.
-TEST(UserDefaultsProcesses, ValuesGNUstepKeptAreTakenOverOnce) {
+// One process reads what another wrote. What GNUstep kept for the
+// application before is read with the library's reader until the first
+// write takes it over; GNUstep's file then leaves its sight, so a key
+// removed afterwards stays removed.
+TEST(UserDefaultsProcesses, NextProcessReadsWhatOneWroteAndWhatGNUstepKept) {
   Workers workers;
   mkdir(workers.UserDir().c_str(), 0700);
   std::string old = workers.UserDir() + "/rovani_defaults_worker.plist";
@@ -336,6 +321,13 @@ TEST(UserDefaultsProcesses, ValuesGNUstepKeptAreTakenOverOnce) {
   EXPECT_EQ(workers.Run({"read", "kept"}, &output), 0);
   EXPECT_EQ(output, "\\U0041");  // GNUstep's reader would give "A"
   EXPECT_EQ(workers.Run({"write", "new", "value"}), 0);
+  // The next process reads both stores; the current user's file is in a
+  // directory of its own, where GNUstep neither reads nor writes.
+  EXPECT_EQ(workers.Run({"read", "new"}, &output), 0);
+  EXPECT_EQ(output, "value");
+  EXPECT_EQ(workers.Run({"read", "new.standard"}, &output), 0);
+  EXPECT_EQ(output, "value");
+  EXPECT_EQ(access((workers.UserDir() + "/Rovani/rovani_defaults_worker.plist").c_str(), F_OK), 0);
   EXPECT_NE(access(old.c_str(), F_OK), 0);
   EXPECT_EQ(access((workers.UserDir() + "/Rovani/rovani_defaults_worker.plist.imported").c_str(),
                    F_OK), 0);

@@ -86,17 +86,24 @@ std::string AllUsersDirectory() {
 
 // GNUstep's user defaults directory (GNUSTEP_USER_DEFAULTS_DIR of its
 // configuration, else ~/GNUstep/Defaults); empty when there is none.
-std::string GNUstepUserDefaultsDirectory() {
-  NSString* root = GSDefaultsRootForUser(NSUserName());
-  const char* path = [root length] > 0 ? [root fileSystemRepresentation] : nullptr;
-  return path != nullptr ? path : "";
+// GNUstep reads its configuration once, at start-up, so this is asked once.
+const std::string& GNUstepUserDefaultsDirectory() {
+  static const std::string* directory = [] {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    NSString* root = GSDefaultsRootForUser(NSUserName());
+    const char* path = [root length] > 0 ? [root fileSystemRepresentation] : nullptr;
+    std::string* found = new std::string(path != nullptr ? path : "");
+    [pool drain];
+    return found;
+  }();
+  return *directory;
 }
 
 // The current user's files live in a directory of their own inside
 // GNUstep's: GNUstep reads and rewrites only the *.plist files directly in
 // its directory, so it never touches these.
 std::string CurrentUserDirectory() {
-  std::string root = GNUstepUserDefaultsDirectory();
+  const std::string& root = GNUstepUserDefaultsDirectory();
   return root.empty() ? root : root + "/" + kCurrentUserSubdirectory;
 }
 
@@ -324,7 +331,7 @@ class DefaultsStore {
   // values before this store did; empty for a store that imports none.
   std::string GNUstepFilePath(const std::string& name) const {
     if (!kind_.importsGNUstepFile) return "";
-    std::string root = GNUstepUserDefaultsDirectory();
+    const std::string& root = GNUstepUserDefaultsDirectory();
     return root.empty() ? root : FilePath(root, name);
   }
 
