@@ -26,10 +26,10 @@
 
 #include <cfloat>
 #include <climits>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 namespace {
@@ -66,56 +66,46 @@ RVDictionary ExactValues(bool exotic) {
   return values;
 }
 
-// Dates are stored to the second: these are set with a fraction and must
-// come back floored.
-const double kDateSet = 1234567890.75, kDateStored = 1234567890.0;
-const double kEarlyDateSet = -1000.5, kEarlyDateStored = -1001.0;
+// Dates are kept to the second: each is set with a fraction and must come
+// back floored.
+const struct {
+  const char* key;
+  double set, stored;
+  bool exotic;
+} kDates[] = {{"date", 1234567890.75, 1234567890.0, false}, {"early", -1000.5, -1001.0, true}};
 
-RVUserDefaults Store(const std::string& name) { return RVUserDefaults(name == "all"); }
-
-int Put(const std::string& store, bool exotic) {
-  RVUserDefaults defaults = Store(store);
-  RVDictionary values = ExactValues(exotic);
-  RVArray keys = values.KeyEnumerator().AllObjects();
-  for (unsigned int i = 0; i < keys.Count(); ++i) {
-    RVString key = keys.StringAtIndex(i);
-    RVObject* value = values.ValueForKey(key);
-    defaults.SetObjectForKey(*value, key);
-    delete value;
-  }
-  defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(kDateSet), "date");
-  if (exotic) {
-    defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(kEarlyDateSet), "early");
-  }
-  return store == "user" || defaults.Synchronize() ? 0 : 1;
+int Report(const std::string& key, const std::string& found) {
+  std::printf("%s: %s\n", key.c_str(), found.c_str());
+  return 1;
 }
 
-int Check(const std::string& store, bool exotic) {
-  RVUserDefaults defaults = Store(store);
+// Stores ExactValues and the dates, or checks that they read back.
+int PutOrCheck(bool put, const std::string& store, bool exotic) {
+  RVUserDefaults defaults(store == "all");
   RVDictionary values = ExactValues(exotic);
   RVArray keys = values.KeyEnumerator().AllObjects();
   int wrong = 0;
   for (unsigned int i = 0; i < keys.Count(); ++i) {
     RVString key = keys.StringAtIndex(i);
-    RVObject* expected = values.ValueForKey(key);
-    RVObject* found = defaults.ObjectForKey(key);
+    std::unique_ptr<RVObject> expected(values.ValueForKey(key));
+    if (put) {
+      defaults.SetObjectForKey(*expected, key);
+      continue;
+    }
+    std::unique_ptr<RVObject> found(defaults.ObjectForKey(key));
     if (found == nullptr || !(*found == *expected)) {
-      std::printf("%s: %s\n", Text(key).c_str(),
-                  found == nullptr ? "<none>" : Text(found->Description()).c_str());
-      ++wrong;
-    }
-    delete expected;
-    delete found;
-  }
-  struct { const char* key; double stored; } dates[] = {{"date", kDateStored}, {"early", kEarlyDateStored}};
-  for (const auto& date : dates) {
-    if (!exotic && std::string(date.key) == "early") continue;
-    double found = defaults.DateForKey(date.key).TimeIntervalSinceRefereceDate();
-    if (found != date.stored) {
-      std::printf("%s: %.3f\n", date.key, found);
-      ++wrong;
+      wrong += Report(Text(key), found == nullptr ? "<none>" : Text(found->Description()));
     }
   }
+  for (const auto& date : kDates) {
+    if (date.exotic && !exotic) continue;
+    if (put) {
+      defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(date.set), date.key);
+    } else if (defaults.DateForKey(date.key).TimeIntervalSinceRefereceDate() != date.stored) {
+      wrong += Report(date.key, Text(defaults.DateForKey(date.key).Description()));
+    }
+  }
+  if (put && store == "all" && !defaults.Synchronize()) return 1;
   return wrong == 0 ? 0 : 1;
 }
 
@@ -152,10 +142,10 @@ int main(int argc, char** argv) {
   }
   if ((command == "put" || command == "check") && (argc == 3 || argc == 4)) {
     bool exotic = argc == 4 && std::string(argv[3]) == "exotic";
-    return command == "put" ? Put(argv[2], exotic) : Check(argv[2], exotic);
+    return PutOrCheck(command == "put", argv[2], exotic);
   }
   if (command == "touch" && argc == 3) {
-    RVUserDefaults defaults = Store(argv[2]);
+    RVUserDefaults defaults(std::string(argv[2]) == "all");
     defaults.SetObjectForKey(RVString("yes"), "touched");
     return std::string(argv[2]) == "user" || defaults.Synchronize() ? 0 : 1;
   }

@@ -489,6 +489,10 @@ NSString* VolatileDomainName(NSString* application) {
 // published again whenever the store's file or pending changes differ
 // from what was published last.
 NSUserDefaults* StandardDefaultsFor(NSString* application) {
+  // One publisher at a time, so that an older snapshot never replaces a
+  // newer one. Never destroyed, like the stores.
+  static std::mutex* publishing = new std::mutex();
+  std::lock_guard<std::mutex> hold(*publishing);
   NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
   NSString* domain = VolatileDomainName(application);
   bool changed = false;
