@@ -175,7 +175,9 @@ TEST(UserDefaults, TypedGettersAndTheirKeptQuirks) {
 // object as set; the file is the store's own; what cannot be stored is not;
 // a file replaced from outside is read again.
 TEST(UserDefaults, CurrentUserValuesReadBackAsSet) {
-  RVUserDefaults defaults;
+  // A domain no other test (nor test process) writes: its file is replaced
+  // by hand below.
+  RVUserDefaults defaults("org.rovani.tests.exact", false);
   defaults.SetObjectForKey(RVNumber(0.1f), "exact.float");
   defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(90.25), "exact.date");
   defaults.SetObjectForKey(RVString("under the empty key"), "");
@@ -184,12 +186,10 @@ TEST(UserDefaults, CurrentUserValuesReadBackAsSet) {
   EXPECT_EQ(Text(defaults.StringForKey("")), "under the empty key");
 
   NSString* root = GSDefaultsRootForUser(NSUserName());
-  std::string file = std::string([root fileSystemRepresentation]) + "/Rovani/" + ApplicationID() + ".plist";
+  std::string file = std::string([root fileSystemRepresentation]) + "/Rovani/org.rovani.tests.exact.plist";
   NSDictionary* stored = PlistAt(file);
   EXPECT_NE([stored objectForKey:@"exact.date"], nil);
-  EXPECT_EQ([[[NSUserDefaults standardUserDefaults]
-                persistentDomainForName:[NSString stringWithUTF8String:ApplicationID().c_str()]]
-                objectForKey:@"exact.float"],
+  EXPECT_EQ([[NSUserDefaults standardUserDefaults] persistentDomainForName:@"org.rovani.tests.exact"],
             nil);
 
   struct stat before, after;

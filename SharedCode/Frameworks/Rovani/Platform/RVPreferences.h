@@ -51,18 +51,19 @@ void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFString
 void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID,
                            CFStringRef userName, CFStringRef hostName);
 
-// Takes an exclusive lock on the
-// store's directory, re-reads the application's file, merges the pending
-// changes key by key, writes the result to an unnamed file in the same
-// directory, flushes it and puts it in place of the old file, then unlocks
-// (see RVAtomicFile.h). A crash leaves the old file or the new one, never
-// a torn one, and processes that synchronise different keys lose none. The
-// file is 0644, new directories 0755.
+// Writes the store's pending changes for the application (either store:
+// any user and the current host, or the current user and any host). Takes
+// an exclusive lock on the store's directory, re-reads the application's
+// file, merges the pending changes key by key, writes the result to an
+// unnamed file in the same directory, flushes it and puts it in place of
+// the old file, then unlocks (see RVAtomicFile.h). A crash leaves the old
+// file or the new one, never a torn one, and processes that synchronise
+// different keys lose none. File and directory modes are the store's
+// (above), whatever the umask.
 // Answers false, leaving the file untouched and the changes pending, when
 // the directory cannot be made or written or a pending value is not a
-// property-list object. With nothing pending it answers true and writes
-// nothing. Either store: any user and the current host, or the current
-// user and any host.
+// property-list object or is refused by the writer. With nothing pending
+// it answers true and writes nothing.
 Boolean CFPreferencesSynchronize(CFStringRef applicationID, CFStringRef userName,
                                  CFStringRef hostName);
 

@@ -225,9 +225,10 @@ class DefaultsStore {
     return values;
   }
 
-  // Values(application), to be published to target: *changed tells
-  // whether it differs from what the last call for the application and
-  // target answered (then the same dictionary comes back). Autoreleased.
+  // Values(application), to be published to target. *changed tells
+  // whether it may differ from what the last call for the application
+  // answered; when it is false, that same dictionary comes back.
+  // Autoreleased.
   NSDictionary* Snapshot(NSString* application, const void* target, bool* changed) {
     std::lock_guard<std::mutex> hold(mutex_);
     NSDictionary* stored = StoredValues(application);
