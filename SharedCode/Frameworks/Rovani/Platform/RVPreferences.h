@@ -47,7 +47,8 @@ void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFString
 
 // Sets (or with a null value removes) key. For any user and the current
 // host the change stays pending in this process until
-// CFPreferencesSynchronize; reads in this process see it at once.
+// CFPreferencesSynchronize; reads in this process see it at once. For the
+// current user and any host it is CFPreferencesSetAppValue.
 void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID,
                            CFStringRef userName, CFStringRef hostName);
 
