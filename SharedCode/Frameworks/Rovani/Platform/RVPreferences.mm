@@ -366,31 +366,30 @@ class DefaultsStore {
     cache_.erase(found);
   }
 
-  // The values the file holds now: read again only when it has changed.
-  // *missing tells a file that does not exist from one that holds nothing.
+  // The values the file holds now: read again only when it has changed,
+  // so that a read of an unchanged file costs one stat. *missing tells a
+  // file that does not exist from one that holds nothing.
   NSDictionary* CurrentValues(const std::string& path, bool* missing) {
+    struct stat info;
+    *missing = false;
+    if (stat(path.c_str(), &info) == 0) {
+      auto found = cache_.find(path);
+      if (found != cache_.end() && found->second.stamp == FileStamp::Of(info)) {
+        return found->second.values;
+      }
+    }
     int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    *missing = fd < 0 && errno == ENOENT;
-    if (fd < 0) {
+    if (fd < 0 || fstat(fd, &info) != 0) {
+      *missing = fd < 0 && errno == ENOENT;
+      if (fd >= 0) close(fd);
       Forget(path);
       return nil;
     }
-    struct stat info;
-    NSDictionary* values = nil;
-    if (fstat(fd, &info) == 0) {
-      FileStamp stamp = FileStamp::Of(info);
-      auto found = cache_.find(path);
-      if (found != cache_.end() && found->second.stamp == stamp) {
-        values = found->second.values;
-      } else {
-        NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-        Remember(path, stamp, DictionaryFromFile(fd));
-        [pool drain];
-        values = cache_[path].values;
-      }
-    }
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    Remember(path, FileStamp::Of(info), DictionaryFromFile(fd));
+    [pool drain];
     close(fd);
-    return values;
+    return cache_[path].values;
   }
 
   // Writers of earlier versions, killed mid-write, left named temporary
