@@ -56,7 +56,9 @@ RVDictionary ExactValues(bool exotic) {
   values.SetObjectForKey(inner, "nested");
   if (exotic) {
     values.SetObjectForKey(RVString("\xF0\x9F\x98\x80 smile"), "\xF0\x9F\x98\x80");
-    values.SetObjectForKey(RVString("\xEF\xBB\xBFmarked"), "\xEF\xBB\xBF");
+    // From UTF-16: text made from UTF-8 loses a leading U+FEFF.
+    values.SetObjectForKey(RVString(reinterpret_cast<const wchar_t*>(u"\uFEFFmarked")),
+                           RVString(reinterpret_cast<const wchar_t*>(u"\uFEFF")));
     values.SetObjectForKey(RVString("a\r\nb\rc"), "cr");
     values.SetObjectForKey(RVNumber(DBL_MAX), "dblmax");
     values.SetObjectForKey(RVNumber(0.1f), "float");
