@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -77,8 +78,8 @@ struct Generation {
 
 }  // namespace
 
-// Writers are killed at random moments, most of them inside a write; every
-// file is then one generation whole, and nothing but the targets is in the
+// Writers are killed at random points of their writes; every file is then
+// one generation whole, and nothing but the targets is in the
 // directory. A writer killed between naming its file and renaming it over
 // the target leaves the side name, which the next write of that file
 // removes.
@@ -88,7 +89,10 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
   setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.Path().c_str(), 1);
   RVUserDefaults defaults = RVUserDefaults::StandardAllUsersDefaults();
   const Generation generations[] = {Generation('a'), Generation('b')};
+  auto started = std::chrono::steady_clock::now();
   generations[0].WriteAll(dir, defaults);
+  double writeSeconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count() / 3;
 
   mode_t mask = umask(0);
   umask(mask);
@@ -118,18 +122,39 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
   std::random_device seed;
   unsigned seedValue = seed();
   std::mt19937 random(seedValue);
-  std::uniform_int_distribution<int> delay(0, 10000);
-  int sideNamesSeen = 0;
-  for (int kill = 0; kill < 300; ++kill) {
+  // Kills are placed by the writers' own progress, not by the clock: each
+  // writer reports every write it finishes through a pipe, and is killed
+  // after a chosen number of them (none for a third of the writers), at a
+  // random point of the time one write took. A loaded machine stretches
+  // the writes and the delays alike; it cannot keep writers from finishing.
+  std::uniform_int_distribution<int> finishedWrites(0, 2);
+  std::uniform_real_distribution<double> intoNextWrite(0.0, 1.5);
+  int sideNamesSeen = 0, finished = 0;
+  for (int kill = 0; kill < 200; ++kill) {
+    int progress[2];
+    ASSERT_EQ(pipe(progress), 0);
     pid_t writer = fork();
     ASSERT_GE(writer, 0);
     if (writer == 0) {
+      close(progress[0]);
       // Each writer starts on another of the three files.
-      for (int step = kill;; ++step) generations[(step / 3 + kill) % 2].Write(step % 3, dir, defaults);
+      for (int step = kill;; ++step) {
+        generations[(step / 3 + kill) % 2].Write(step % 3, dir, defaults);
+        if (write(progress[1], "+", 1) != 1) _exit(1);
+      }
     }
-    usleep(delay(random));
+    close(progress[1]);
+    char reported;
+    bool died = false;
+    for (int wanted = finishedWrites(random); wanted > 0 && !died; --wanted) {
+      died = read(progress[0], &reported, 1) != 1;
+      finished += died ? 0 : 1;
+    }
+    if (!died) usleep(static_cast<useconds_t>(intoNextWrite(random) * writeSeconds * 1e6));
     ::kill(writer, SIGKILL);
     waitpid(writer, nullptr, 0);
+    close(progress[0]);
+    ASSERT_FALSE(died) << "writer " << kill << " stopped on its own";
 
     std::string data = Contents(dir.File("data.bin"));
     ASSERT_TRUE(data == generations[0].bytes || data == generations[1].bytes)
@@ -148,7 +173,8 @@ TEST(AtomicWrites, KilledWritersLeaveOldOrNewFilesAndNothingElse) {
       }
     }
   }
-  // Some writers lived to replace files, so kills fell in every part of it.
+  // Writers that finished writes replaced files.
+  EXPECT_GT(finished, 0);
   EXPECT_GT(replaced, 0);
   generations[1].WriteAll(dir, defaults);
   EXPECT_EQ(Entries(dir.Path()), targets) << sideNamesSeen << " side names seen";

@@ -6,7 +6,16 @@
 //                          for i in [first, first + count), synchronising
 //                          after each; exits 1 if any Synchronize fails
 //   write <key> <value>    sets key in both stores, synchronises
+//   remove <key>           removes key from the current user's store
 //   read <key>             prints the string value of key, or "<none>"
+//   put user|all [exotic]  stores the values of ExactValues in one store
+//                          (synchronising the all-users one)
+//   check user|all [exotic]
+//                          exits 1, naming each key, unless every value of
+//                          ExactValues reads back as a later process must
+//                          see it (dates to the second)
+//   touch user|all         stores one more key, so that the file is
+//                          rewritten by this process
 //   watch <count>          reads the all-users file until it holds count
 //                          keys; exits 1 as soon as a read of the file, once
 //                          it exists, gives no dictionary or fewer keys than
@@ -15,9 +24,12 @@
 
 #include <unistd.h>
 
+#include <cfloat>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 namespace {
@@ -25,6 +37,78 @@ namespace {
 std::string Text(const RVString& s) {
   RVData bytes(s);
   return std::string(static_cast<const char*>(bytes.Bytes()), bytes.Length());
+}
+
+// Values the platform's own store used to change on their way through:
+// text that looks like an escape, the empty key, the extremes of the
+// integers, a date with a fraction of a second, nested containers. The
+// exotic ones are characters beyond U+FFFF, a leading U+FEFF, CR, reals
+// that need all 17 digits (the largest double, a float) and the largest
+// unsigned integer.
+RVDictionary ExactValues(bool exotic) {
+  RVDictionary values;
+  values.SetObjectForKey(RVString("\\U0041 stays text"), "escaped");
+  values.SetObjectForKey(RVString("empty key"), "");
+  values.SetObjectForKey(RVNumber(LONG_MIN), "int64");
+  RVDictionary inner;
+  inner.SetObjectForKey(RVString("a,b").ComponentsSeparatedByString(","), "list");
+  inner.SetObjectForKey(RVData::DataWithBytes("\0\xff", 2), "data");
+  values.SetObjectForKey(inner, "nested");
+  if (exotic) {
+    values.SetObjectForKey(RVString("\xF0\x9F\x98\x80 smile"), "\xF0\x9F\x98\x80");
+    // From UTF-16: text made from UTF-8 loses a leading U+FEFF.
+    values.SetObjectForKey(RVString(reinterpret_cast<const wchar_t*>(u"\uFEFFmarked")),
+                           RVString(reinterpret_cast<const wchar_t*>(u"\uFEFF")));
+    values.SetObjectForKey(RVString("a\r\nb\rc"), "cr");
+    values.SetObjectForKey(RVNumber(DBL_MAX), "dblmax");
+    values.SetObjectForKey(RVNumber(0.1f), "float");
+    values.SetObjectForKey(RVNumber(123456789.12345679), "double");
+    values.SetObjectForKey(RVNumber(ULONG_MAX), "uint64");
+  }
+  return values;
+}
+
+// Dates are kept to the second: each is set with a fraction and must come
+// back floored.
+const struct {
+  const char* key;
+  double set, stored;
+  bool exotic;
+} kDates[] = {{"date", 1234567890.75, 1234567890.0, false}, {"early", -1000.5, -1001.0, true}};
+
+int Report(const std::string& key, const std::string& found) {
+  std::printf("%s: %s\n", key.c_str(), found.c_str());
+  return 1;
+}
+
+// Stores ExactValues and the dates, or checks that they read back.
+int PutOrCheck(bool put, const std::string& store, bool exotic) {
+  RVUserDefaults defaults(store == "all");
+  RVDictionary values = ExactValues(exotic);
+  RVArray keys = values.KeyEnumerator().AllObjects();
+  int wrong = 0;
+  for (unsigned int i = 0; i < keys.Count(); ++i) {
+    RVString key = keys.StringAtIndex(i);
+    std::unique_ptr<RVObject> expected(values.ValueForKey(key));
+    if (put) {
+      defaults.SetObjectForKey(*expected, key);
+      continue;
+    }
+    std::unique_ptr<RVObject> found(defaults.ObjectForKey(key));
+    if (found == nullptr || !(*found == *expected)) {
+      wrong += Report(Text(key), found == nullptr ? "<none>" : Text(found->Description()));
+    }
+  }
+  for (const auto& date : kDates) {
+    if (date.exotic && !exotic) continue;
+    if (put) {
+      defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(date.set), date.key);
+    } else if (defaults.DateForKey(date.key).TimeIntervalSinceRefereceDate() != date.stored) {
+      wrong += Report(date.key, Text(defaults.DateForKey(date.key).Description()));
+    }
+  }
+  if (put && store == "all" && !defaults.Synchronize()) return 1;
+  return wrong == 0 ? 0 : 1;
 }
 
 }  // namespace
@@ -53,6 +137,19 @@ int main(int argc, char** argv) {
     RVUserDefaults::StandardUserDefaults().SetObjectForKey(value,
                                                            RVString(argv[2]) + ".standard");
     return allUsers.Synchronize() ? 0 : 1;
+  }
+  if (command == "remove" && argc == 3) {
+    RVUserDefaults::StandardUserDefaults().SetObjectForKey(RVObject(), RVString(argv[2]));
+    return 0;
+  }
+  if ((command == "put" || command == "check") && (argc == 3 || argc == 4)) {
+    bool exotic = argc == 4 && std::string(argv[3]) == "exotic";
+    return PutOrCheck(command == "put", argv[2], exotic);
+  }
+  if (command == "touch" && argc == 3) {
+    RVUserDefaults defaults(std::string(argv[2]) == "all");
+    defaults.SetObjectForKey(RVString("yes"), "touched");
+    return std::string(argv[2]) == "user" || defaults.Synchronize() ? 0 : 1;
   }
   if (command == "read" && argc == 3) {
     RVString value = allUsers.StringForKey(RVString(argv[2]));

@@ -99,7 +99,7 @@ run 0 defaults write --all-users com.example.tool shared -int 7
 run 0 defaults read com.example.tool
 says out "dictionary (4 keys)"; says out '  greeting: string "hello"'; says out "  on: boolean true"
 says out "    [1]: number 2.5"; says out "  shared: number 7"
-says user/com.example.tool.plist "<true/>"; says all/com.example.tool.plist "<integer>7</integer>"
+says user/Rovani/com.example.tool.plist "<true/>"; says all/com.example.tool.plist "<integer>7</integer>"
 run 0 defaults delete com.example.tool greeting
 run 0 defaults read com.example.tool greeting; says out 'greeting: string "everyone"'
 run 1 defaults delete com.example.tool greeting-nowhere; says err "com.example.tool has no key 'greeting-nowhere'"
