@@ -203,7 +203,13 @@ id MakeString(const std::string& text) {
   NSString* lead = [[NSString alloc] initWithBytes:prefix.data()
                                             length:prefix.size()
                                           encoding:NSUTF16LittleEndianStringEncoding];
-  NSString* whole = [[lead stringByAppendingString:rest] copy];
+  // Appending to a mutable string keeps them; -stringByAppendingString:
+  // would drop them again.
+  NSMutableString* joined = [[NSMutableString alloc] initWithCapacity:marks + [rest length]];
+  [joined appendString:lead];
+  [joined appendString:rest];
+  NSString* whole = [joined copy];
+  [joined release];
   [lead release];
   [rest release];
   return whole;
