@@ -14,11 +14,7 @@
 #include "Platform/RVXMLPropertyList.h"
 #include "Platform/RVXMLPropertyListWriter.h"
 
-NSData* RVPropertyListXMLData(id list) {
-  std::string text;
-  if (!RVXMLPropertyListWrite(list, &text)) return nil;
-  return [NSData dataWithBytes:text.data() length:text.size()];
-}
+NSData* RVPropertyListXMLData(id list) { return RVXMLPropertyListData(list); }
 
 namespace {
 

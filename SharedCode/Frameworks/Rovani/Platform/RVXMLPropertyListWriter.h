@@ -38,4 +38,8 @@
 // containers as an open and a close tag, no newline after </plist>.
 bool RVXMLPropertyListWrite(id list, std::string* out);
 
+// The same text as data (autoreleased), or nil where the write above
+// answers false.
+NSData* RVXMLPropertyListData(id list);
+
 #endif
