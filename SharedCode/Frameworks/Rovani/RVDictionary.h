@@ -78,9 +78,11 @@ class RV_EXPORT RVDictionary : public RVObject {
 
   // Empty when the file is missing or its root is not a dictionary.
   static RVDictionary DictionaryWithContentsOfFile(const RVString& path);
-  // XML property-list files; false when the file cannot be written. Values
-  // a property list cannot hold (NSNull, say) are written as their
-  // descriptions.
+  // XML property-list files, every value exactly as it is held (dates to
+  // the second); false, with the file left as it was, when the file cannot
+  // be written or the dictionary holds what a property list cannot (NSNull,
+  // a key that is not a string, a control character, a date outside the
+  // years 1 to 9999).
   bool WriteToFile(const RVString& path) const;
   bool WriteToFileAtomically(const RVString& path) const;
 };
