@@ -186,10 +186,15 @@ TEST(Dictionary, PropertyListFiles) {
   RVData before = RVData::DataWithContentsOfFile(path);
   RVDictionary holdsNull = d;
   holdsNull.SetObjectForKey(RVObject(), "null");
-  EXPECT_FALSE(holdsNull.WriteToFile(path));
-  EXPECT_FALSE(holdsNull.WriteToFileAtomically(path));
-  EXPECT_TRUE(RVData::DataWithContentsOfFile(path) == before);
-  EXPECT_TRUE(RVData(holdsNull).IsEmpty());
+  NSDate* year10000 = [NSDate dateWithTimeIntervalSinceReferenceDate:252423993600.0];
+  for (RVDictionary refused : {holdsNull, RVDictionary(@{@1 : @"key"}),
+                               RVDictionary(@{@"control" : @"\x01"}),
+                               RVDictionary(@{@"date" : year10000})}) {
+    EXPECT_FALSE(refused.WriteToFile(path));
+    EXPECT_FALSE(refused.WriteToFileAtomically(path));
+    EXPECT_TRUE(RVData::DataWithContentsOfFile(path) == before);
+    EXPECT_TRUE(RVData(refused).IsEmpty());
+  }
 }
 
 TEST(Dictionary, BooleansComeBackFromPropertyListsAsBooleans) {
