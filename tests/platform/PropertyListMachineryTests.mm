@@ -11,6 +11,32 @@
 #include "Platform/RVPropertyList.h"
 #include "Platform/RVXMLPropertyListWriter.h"
 
+// Subclasses of the class clusters, as private collection and string
+// classes are: written like the platform's own.
+@interface RVTestArray : NSArray {
+  NSArray* items_;
+}
+@end
+@implementation RVTestArray
+- (id)initWithItems:(NSArray*)items {
+  if ((self = [super init]) != nil) items_ = [items retain];
+  return self;
+}
+- (void)dealloc {
+  [items_ release];
+  [super dealloc];
+}
+- (NSUInteger)count { return [items_ count]; }
+- (id)objectAtIndex:(NSUInteger)index { return [items_ objectAtIndex:index]; }
+@end
+
+@interface RVTestString : NSString
+@end
+@implementation RVTestString
+- (NSUInteger)length { return 3; }
+- (unichar)characterAtIndex:(NSUInteger)index { return u"a<\u00e9"[index]; }
+@end
+
 namespace {
 
 NSString* U16(std::u16string text) {
@@ -93,6 +119,15 @@ TEST(PropertyListWriter, WritesExactlyWhatGNUstepChanged) {
   EXPECT_EQ([[reals objectAtIndex:5] doubleValue], DBL_TRUE_MIN);
   EXPECT_EQ([[[back objectForKey:@"dates"] objectAtIndex:0] timeIntervalSinceReferenceDate], -1.0);
   EXPECT_EQ([[back objectForKey:@"booleans"] objectAtIndex:1], (id)[NSNumber numberWithBool:NO]);
+}
+
+TEST(PropertyListWriter, WritesSubclassesOfTheClassClustersLikeTheirOwn) {
+  RVTestString* text = [[[RVTestString alloc] init] autorelease];
+  RVTestArray* array =
+      [[[RVTestArray alloc] initWithItems:@[ text, @{text : @1} ]] autorelease];
+  std::string written = Written(@{@"k" : array});
+  EXPECT_NE(written.find("<string>a&lt;\xC3\xA9</string>"), std::string::npos) << written;
+  EXPECT_EQ(written, Written(@{@"k" : @[ @"a<\u00e9", @{@"a<\u00e9" : @1} ]}));
 }
 
 TEST(PropertyListWriter, RefusesWholeWhatTheFormatCannotHold) {
