@@ -15,9 +15,17 @@ namespace {
 std::string StoreFile() {
   static std::string file;
   if (file.empty()) {
-    char pattern[] = "/tmp/rovani-fuzz-defaults-XXXXXX";
-    std::string dir = mkdtemp(pattern);
-    setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.c_str(), 1);
+    // The store named by the environment (scripts/fuzz and the corpus
+    // replay give a scratch one), else a fresh one: never the machine's.
+    const char* given = getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
+    std::string dir;
+    if (given != nullptr && *given != '\0') {
+      dir = given;
+    } else {
+      char pattern[] = "/tmp/rovani-fuzz-defaults-XXXXXX";
+      dir = mkdtemp(pattern);
+      setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.c_str(), 1);
+    }
     file = dir + "/" + [[[NSProcessInfo processInfo] processName] UTF8String] + ".plist";
   }
   return file;

@@ -93,7 +93,7 @@ TEST(Data, DictionariesAndOwnership) {
   RVData same;
   same.InitWithDictionary(dictionary);
   EXPECT_TRUE(same == xml.Ref());
-  // GNUstep raises for a nil dictionary; the handle just ends empty.
+  // A nil dictionary has no property-list form: the handle ends empty.
   RVData fromNothing = RVData::DataWithBytes("x", 1);
   fromNothing = RVDictionary();
   EXPECT_EQ(fromNothing.Ref(), nil);

@@ -181,28 +181,34 @@ TEST(Dictionary, PropertyListFiles) {
   EXPECT_FALSE(d.WriteToFile(dir.File("missing/dir/x.plist").c_str()));
   EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(dir.File("none").c_str()).IsEmpty());
 
-  RVDictionary holdsNull;
-  // NSNull has no property-list form: this platform writes its description.
+  // What a property list cannot hold fails the whole write: the file keeps
+  // what it held, the data is empty.
+  RVData before = RVData::DataWithContentsOfFile(path);
+  RVDictionary holdsNull = d;
   holdsNull.SetObjectForKey(RVObject(), "null");
-  EXPECT_TRUE(holdsNull.WriteToFile(path));
-  EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(path).StringForKey("null") == "<null>");
+  NSDate* year10000 = [NSDate dateWithTimeIntervalSinceReferenceDate:252423993600.0];
+  for (RVDictionary refused : {holdsNull, RVDictionary(@{@1 : @"key"}),
+                               RVDictionary(@{@"control" : @"\x01"}),
+                               RVDictionary(@{@"date" : year10000})}) {
+    EXPECT_FALSE(refused.WriteToFile(path));
+    EXPECT_FALSE(refused.WriteToFileAtomically(path));
+    EXPECT_TRUE(RVData::DataWithContentsOfFile(path) == before);
+    EXPECT_TRUE(RVData(refused).IsEmpty());
+  }
 }
 
-TEST(Dictionary, BooleansComeBackFromPropertyListsAsText) {
-  // The library's booleans have no property-list form: GNUstep writes their
-  // description, so they read back as the strings "true" and "false", while
-  // a platform boolean number survives as a number.
+TEST(Dictionary, BooleansComeBackFromPropertyListsAsBooleans) {
   RVDictionary d;
   d.SetObjectForKey(RVBool(true), "yes");
   d.SetObjectForKey(RVBool(false), "no");
   d.SetObjectForKey(RVNumber(true), "number");
   RVData xml(d);
-  ASSERT_FALSE(xml.IsEmpty());
+  EXPECT_NE(Text(RVString(xml)).find("<key>no</key>\n    <false/>"), std::string::npos);
   RVDictionary back(xml);
-  EXPECT_EQ(Text(back.StringForKey("yes")), "true");
-  EXPECT_EQ(Text(back.StringForKey("no")), "false");
-  EXPECT_FALSE(back.BooleanForKey("yes"));  // a string is no boolean
-  EXPECT_TRUE(back.NumberForKey("number") == 1);
+  EXPECT_TRUE(back.BooleanForKey("yes"));
+  EXPECT_FALSE(back.BooleanForKey("no"));
+  EXPECT_EQ(back.InternalValueForKey("no"), [NSNumber numberWithBool:NO]);
+  EXPECT_EQ(back.InternalValueForKey("number"), [NSNumber numberWithBool:YES]);
 }
 
 }  // namespace

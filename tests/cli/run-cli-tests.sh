@@ -44,6 +44,17 @@ says out "    [1]: dictionary (3 keys)"; says out '      host: string "beta.exam
 # What a property list or the library cannot hold is refused, with where.
 echo '{"a": {"b": [1, {"c": null}]}}' > null.json
 run 1 convert xml null.json; says err "rovani convert: null.json: null at a.b[1].c"
+printf '{"a": {"b": "x\\u0001"}}' > control.json
+run 1 convert xml control.json; says err "the character U+0001 at a.b: XML cannot hold it"
+printf '<plist><dict><key>d</key><array><date>0000-06-01T00:00:00Z</date></array></dict></plist>' > year0.plist
+run 1 convert xml year0.plist; says err "a date outside the years 1 to 9999 at d[0]"
+# Everything else goes into a property list as itself and comes back.
+printf '{"s": "a\\ud83d\\ude00b \\\\U0041\\r", "t": true}' > text.json
+run 0 convert xml text.json -o text.plist
+says text.plist "<string>a"$'\xF0\x9F\x98\x80'"b \U0041&#13;</string>"; says text.plist "<true/>"
+run 0 convert json text.plist -o text-back.json
+run 0 convert json text.json -o text-direct.json
+cmp -s text-back.json text-direct.json || fail "text changed on its way: $(diff text-direct.json text-back.json)"
 echo '[1, 2]' > array.json
 run 1 convert xml array.json; says err "the top level is an array, not an object"
 echo '{"a": 5000000000}' > big.json

@@ -2,13 +2,23 @@
 // dictionary the library reads from it in a canonical text form (the one
 // crosscheck.py prints for Python's reading), or "unreadable".
 // The file is read twice, as a file and as data; both must agree.
+//
+// With --write DIR SEED COUNT it writes COUNT random dictionaries (from a
+// fixed seed) into DIR with RVDictionary::WriteToFile and prints each
+// file's name and the canonical form of the dictionary as written, dates
+// floored to the second; each file must read back as that form in the
+// library too.
 #import <Foundation/Foundation.h>
+#include <objc/runtime.h>
 
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
+#include <cfloat>
+#include <cstdlib>
 #include <cstring>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,9 +48,10 @@ std::string Canonical(id object) {
   if ([object isKindOfClass:[NSString class]]) return "s:" + Hex(Utf8(object).data(), Utf8(object).size());
   if ([object isKindOfClass:[NSData class]]) return "x:" + Hex([object bytes], [object length]);
   if ([object isKindOfClass:[NSDate class]]) {
-    snprintf(buffer, sizeof buffer, "t:%.0f", [object timeIntervalSinceReferenceDate]);
+    snprintf(buffer, sizeof buffer, "t:%.0f", std::floor([object timeIntervalSinceReferenceDate]));
     return buffer;
   }
+  if ([object isKindOfClass:objc_lookUpClass("BoolNumber")]) return [object boolValue] ? "b:1" : "b:0";
   if ([object isKindOfClass:[NSNumber class]]) {
     if (object == [NSNumber numberWithBool:YES]) return "b:1";
     if (object == [NSNumber numberWithBool:NO]) return "b:0";
@@ -81,9 +92,127 @@ std::string Canonical(id object) {
   return "?";
 }
 
+
+// Random property lists with the values writers get wrong: characters
+// beyond U+FFFF, CR, leading U+FEFF, markup, empty keys, extreme and
+// special reals, 64-bit integers at both ends, dates with fractions over
+// years 1 to 9999, and both kinds of boolean.
+class RandomLists {
+ public:
+  explicit RandomLists(unsigned seed) : random_(seed) {}
+
+  NSDictionary* Dictionary(int depth) {
+    NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
+    for (int i = Below(depth == 0 ? 12 : 5); i > 0; --i)
+      [dictionary setObject:Value(depth + 1) forKey:Text()];
+    return dictionary;
+  }
+
+ private:
+  int Below(int n) { return static_cast<int>(random_() % static_cast<uint64_t>(n)); }
+
+  NSString* Text() {
+    static const char16_t* const kPieces[] = {
+        u"a", u"Z", u" ", u"&", u"<", u">", u"]]>", u"\"", u"'", u"\t", u"\n", u"\r",
+        u"\u00e9", u"\u4e16", u"\uFEFF", u"\U0001F600", u"\U0010FFFD", u"\uFFFD", u"\\U0041"};
+    std::u16string text;
+    for (int i = Below(7); i > 0; --i) text += kPieces[Below(sizeof kPieces / sizeof *kPieces)];
+    // UTF-16 with an explicit byte order keeps a leading U+FEFF.
+    return [[[NSString alloc] initWithBytes:text.data()
+                                     length:text.size() * 2
+                                   encoding:NSUTF16LittleEndianStringEncoding] autorelease];
+  }
+
+  NSNumber* Integer() {
+    switch (Below(6)) {
+      case 0: return [NSNumber numberWithLongLong:INT64_MIN];
+      case 1: return [NSNumber numberWithLongLong:INT64_MAX];
+      case 2: return [NSNumber numberWithUnsignedLongLong:UINT64_MAX];
+      case 3: return [NSNumber numberWithUnsignedLongLong:random_() | (1ull << 63)];
+      case 4: return [NSNumber numberWithInt:Below(2001) - 1000];
+      default: return [NSNumber numberWithLongLong:static_cast<long long>(random_())];
+    }
+  }
+
+  NSNumber* Real() {
+    static const double kSpecial[] = {DBL_MAX, -DBL_MAX, DBL_MIN, DBL_TRUE_MIN, -DBL_TRUE_MIN,
+                                      -0.0, 0.1, 123456789.12345679, HUGE_VAL, -HUGE_VAL, NAN};
+    switch (Below(4)) {
+      case 0: return [NSNumber numberWithDouble:kSpecial[Below(sizeof kSpecial / sizeof *kSpecial)]];
+      case 1: return [NSNumber numberWithFloat:static_cast<float>(Below(1 << 20)) / 7.0f];
+      default: {
+        uint64_t bits = random_();
+        double value;
+        memcpy(&value, &bits, sizeof value);
+        return [NSNumber numberWithDouble:std::isfinite(value) ? value : 1.5];
+      }
+    }
+  }
+
+  id Value(int depth) {
+    int kinds = depth < 4 ? 9 : 7;
+    switch (Below(kinds)) {
+      case 0: return Text();
+      case 1: return Integer();
+      case 2: return Real();
+      case 3: return Below(2) ? [NSNumber numberWithBool:Below(2)]
+                              : (Below(2) ? trueBoolNumberConst : falseBoolNumberConst);
+      case 4: {
+        // Years 1 to 9999, with a fraction of a second.
+        std::uniform_real_distribution<double> seconds(-63113904000.0, 252423993599.0);
+        return [NSDate dateWithTimeIntervalSinceReferenceDate:seconds(random_) + Below(1000) / 1000.0];
+      }
+      case 5: {
+        std::string bytes;
+        for (int i = Below(40); i > 0; --i) bytes += static_cast<char>(random_());
+        return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+      }
+      case 6: return Text();
+      case 7: return Dictionary(depth);
+      default: {
+        NSMutableArray* array = [NSMutableArray array];
+        for (int i = Below(5); i > 0; --i) [array addObject:Value(depth + 1)];
+        return array;
+      }
+    }
+  }
+
+  std::mt19937_64 random_;
+};
+
+int WriteRandomLists(const char* dir, unsigned seed, int count) {
+  RVBool::True();  // the library's shared booleans exist from here on
+  RVBool::False();
+  RandomLists lists(seed);
+  int status = 0;
+  for (int i = 0; i < count; ++i) {
+    RVAutoreleasePool pool;
+    RVDictionary written(lists.Dictionary(0));
+    std::string path = std::string(dir) + "/list-" + std::to_string(i) + ".plist";
+    std::string canonical = Canonical(written.Ref());
+    if (!written.WriteToFile(path.c_str())) {
+      printf("%s\twrite failed\n", path.c_str());
+      status = 1;
+      continue;
+    }
+    RVDictionary back = RVDictionary::DictionaryWithContentsOfFile(path.c_str());
+    if (back.Ref() == nil || Canonical(back.Ref()) != canonical) {
+      printf("%s\treads back different: %s\n", path.c_str(),
+             back.Ref() == nil ? "unreadable" : Canonical(back.Ref()).c_str());
+      status = 1;
+    }
+    printf("%s\t%s\n", path.c_str(), canonical.c_str());
+  }
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 5 && strcmp(argv[1], "--write") == 0) {
+    RVAutoreleasePool pool;
+    return WriteRandomLists(argv[2], static_cast<unsigned>(atoi(argv[3])), atoi(argv[4]));
+  }
   int status = 0;
   for (int i = 1; i < argc; ++i) {
     RVAutoreleasePool pool;

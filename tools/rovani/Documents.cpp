@@ -2,11 +2,11 @@
 // library's trees, writing them in either form, and describing them.
 //
 // The two forms hold booleans differently. The library's JSON reader makes
-// its own booleans (RVBool), which a property list cannot hold: GNUstep
-// writes them as the string "true". A property list's <true/> and <false/>
-// come back as the platform's boolean numbers, which the JSON writer takes
-// for integers. So each writer is handed a tree with the booleans it knows,
-// and everything either writer would silently lose is refused instead.
+// its own booleans (RVBool), which the property-list writer writes as
+// <true/> and <false/>; those come back as the platform's boolean numbers,
+// which the JSON writer takes for integers. So the JSON writer is handed a
+// tree with the booleans it knows, and everything either writer would
+// refuse or silently lose is refused here first, with where it is.
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -80,25 +80,38 @@ std::string ElementPath(const std::string& path, unsigned int index) {
   return path + "[" + std::to_string(index) + "]";
 }
 
-enum class Target { Json, PropertyList };
+// Defaults: a property list bound for a user-defaults store, which gets the
+// platform's booleans (what the store reads back either way).
+enum class Target { Json, PropertyList, Defaults };
 
-// GNUstep's XML writer escapes characters beyond U+FFFF as \UD83D\UDE00,
-// which its reader does not turn back into the character, and its reader
-// turns any \U and four hexadecimal digits into a character: text like that
-// would not come back as it went in.
+// The property-list writer refuses what XML 1.0 cannot hold: control
+// characters other than tab, LF and CR, U+FFFE and U+FFFF, and unpaired
+// surrogates (text that is no UTF-8). Everything else it keeps as it is.
 void CheckPropertyListText(const std::string& text, const std::string& path) {
+  if (FirstNonUtf8(text) != std::string::npos) {
+    throw InputError{"text that is not Unicode at " + Where(path) +
+                     ": a property list cannot hold it"};
+  }
   for (size_t i = 0; i < text.size(); ++i) {
     unsigned char c = static_cast<unsigned char>(text[i]);
-    if (c >= 0xF0) {
-      throw InputError{"a character beyond U+FFFF at " + Where(path) +
-                       ": GNUstep's property lists do not keep it"};
+    bool control = c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+    bool nonCharacter = c == 0xEF && i + 2 < text.size() && text[i + 1] == '\xBF' &&
+                        (text[i + 2] == '\xBE' || text[i + 2] == '\xBF');
+    if (control || nonCharacter) {
+      char code[16];
+      std::snprintf(code, sizeof code, "U+%04X", control ? c : (text[i + 2] == '\xBE' ? 0xFFFE : 0xFFFF));
+      throw InputError{std::string("the character ") + code + " at " + Where(path) +
+                       ": XML cannot hold it"};
     }
-    if (c == '\\' && i + 5 < text.size() + 0 && text[i + 1] == 'U' &&
-        std::all_of(text.begin() + i + 2, text.begin() + i + 6,
-                    [](char h) { return std::isxdigit(static_cast<unsigned char>(h)); })) {
-      throw InputError{"the text \\U and four hexadecimal digits at " + Where(path) +
-                       ": GNUstep's property-list reader would turn it into a character"};
-    }
+  }
+}
+
+// Dates the property-list writer writes: years 1 to 9999.
+void CheckPropertyListDate(const RVDate& date, const std::string& path) {
+  double seconds = std::floor(date.TimeIntervalSinceRefereceDate());
+  if (!(seconds >= -63113904000.0 && seconds < 252423993600.0)) {
+    throw InputError{"a date outside the years 1 to 9999 at " + Where(path) +
+                     ": a property list cannot hold it"};
   }
 }
 
@@ -121,7 +134,7 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
           throw InputError{"an empty key in " + Where(path) +
                            ": the library's JSON writer stops at it"};
         }
-        if (target == Target::PropertyList) CheckPropertyListText(key.first, childPath);
+        if (target != Target::Json) CheckPropertyListText(key.first, childPath);
         std::unique_ptr<RVObject> child(dictionary.ValueForKey(key.second));
         if (child == nullptr) continue;
         std::unique_ptr<RVObject> fit = Adapt(*child, target, childPath, depth + 1);
@@ -147,16 +160,17 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
       return changed ? std::make_unique<RVArray>(adapted) : nullptr;
     }
     case Kind::String:
-      if (target == Target::PropertyList) {
+      if (target != Target::Json) {
         CheckPropertyListText(Utf8(static_cast<const RVString&>(value)), path);
       }
       return nullptr;
     case Kind::Boolean:
-      // Each writer gets the booleans it writes as booleans.
+      // The property-list writer takes either kind of boolean; the JSON
+      // writer only the library's.
       if (target == Target::Json && dynamic_cast<const RVNumber*>(&value) != nullptr) {
         return std::make_unique<RVBool>(BoolOf(value));
       }
-      if (target == Target::PropertyList && dynamic_cast<const RVBool*>(&value) != nullptr) {
+      if (target == Target::Defaults && dynamic_cast<const RVBool*>(&value) != nullptr) {
         return std::make_unique<RVNumber>(BoolOf(value));
       }
       return nullptr;
@@ -173,13 +187,16 @@ std::unique_ptr<RVObject> Adapt(const RVObject& value, Target target, const std:
       return nullptr;
     case Kind::Date:
     case Kind::Data:
+      if (target != Target::Json && KindOf(value) == Kind::Date) {
+        CheckPropertyListDate(static_cast<const RVDate&>(value), path);
+      }
       if (target == Target::Json) {
         throw InputError{std::string(KindOf(value) == Kind::Date ? "a date" : "data") + " at " +
                          Where(path) + ": JSON has no form for it"};
       }
       return nullptr;
     case Kind::Null:
-      if (target == Target::PropertyList) {
+      if (target != Target::Json) {
         throw InputError{"null at " + Where(path) + ": a property list cannot hold null"};
       }
       return nullptr;
@@ -373,7 +390,7 @@ std::string ToPropertyList(const RVDictionary& root) {
   if (fit.Ref() == nullptr) fit = EmptyDictionary();
   RVData xml(fit);
   if (xml.Length() == 0) throw InputError{"cannot be written as a property list"};
-  // GNUstep ends the document without a newline.
+  // The document ends without a newline; a file gets one.
   return std::string(static_cast<const char*>(xml.Bytes()), xml.Length()) + "\n";
 }
 
@@ -397,7 +414,7 @@ std::unique_ptr<RVObject> JsonValueForPropertyList(const std::string& text) {
     empty.RemoveLastObject();
     return std::make_unique<RVArray>(empty);
   }
-  std::unique_ptr<RVObject> fit = Adapt(*value, Target::PropertyList, "", 0);
+  std::unique_ptr<RVObject> fit = Adapt(*value, Target::Defaults, "", 0);
   return fit != nullptr ? std::move(fit) : std::move(value);
 }
 

@@ -45,9 +45,10 @@ __attribute__((visibility("default")))
 /// "true" or "false". A platform number made from a bool (RVNumber(bool))
 /// is a number here, not a boolean, though an RVBool can read it.
 ///
-/// \warning Property lists cannot hold `BoolNumber`: GNUstep writes it into
-///   XML as the string "true" or "false" and reports success. Store
-///   RVNumber(bool) where a property list must keep a boolean.
+/// \note A property list written by the library holds `BoolNumber` as
+///   `<true/>` or `<false/>`, which reads back as a platform boolean
+///   (an RVNumber(bool)), not as an RVBool. The user-defaults stores refuse
+///   it: store RVNumber(bool) there.
 /// \note The two shared instances are made without a lock: a program that
 ///   uses booleans from several threads makes both (True() and False())
 ///   before its threads start.

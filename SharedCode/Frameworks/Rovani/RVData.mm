@@ -50,8 +50,8 @@ RVData& RVData::operator=(RVString string) {
   return *this;
 }
 
-// GNUstep reports what it cannot serialise (a nil dictionary, a key that is
-// not a string) by raising; either way the handle ends empty.
+// A dictionary the property-list writer refuses (nil, or holding what the
+// format cannot hold) leaves the handle empty.
 RVData& RVData::operator=(const RVDictionary& dictionary) {
   RVObject::operator=(RVPropertyListXMLData(dictionary.Ref()));
   return *this;

@@ -164,11 +164,14 @@ class RV_EXPORT RVDictionary : public RVObject {
   ///   not a dictionary.
   static RVDictionary DictionaryWithContentsOfFile(const RVString& path);
   /// Writes the dictionary as an XML property-list file, in place or through
-  /// a temporary file (atomically).
-  /// \warning Values a property list cannot hold (NSNull, RVBool's objects)
-  ///   are written as their descriptions, and the write still succeeds.
+  /// a temporary file (atomically). Every value is written exactly as it is
+  /// held (dates to the second); the library's booleans become
+  /// `<true/>`/`<false/>`.
   /// \param path the file written.
-  /// \return false when the file cannot be written.
+  /// \return false, with the file left as it was, when the file cannot be
+  ///   written or the dictionary holds what a property list cannot (NSNull,
+  ///   a key that is not a string, a control character, a date outside the
+  ///   years 1 to 9999).
   ///@{
   bool WriteToFile(const RVString& path) const;
   bool WriteToFileAtomically(const RVString& path) const;

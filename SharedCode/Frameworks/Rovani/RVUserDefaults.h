@@ -103,8 +103,8 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// Stores the value's object; an empty value removes the key. The
   /// standard store keeps the change at once; the all-users store keeps it
   /// pending in this process until Synchronize.
-  /// \note Property lists hold neither NSNull nor RVBool's objects: store
-  ///   RVNumber(bool) for a boolean.
+  /// \note The stores refuse NSNull and RVBool's objects (the key is left
+  ///   as it was): store RVNumber(bool) for a boolean.
   /// \param value the value stored, or an empty handle to remove the key.
   /// \param key the key set.
   void SetObjectForKey(const RVObject& value, RVString key);

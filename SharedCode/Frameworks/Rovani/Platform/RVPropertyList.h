@@ -34,8 +34,8 @@ id RVReadPropertyListWith(const unsigned char* bytes, size_t length) {
 }
 
 // The XML property-list bytes of list, immutable and autoreleased; nil when
-// GNUstep cannot serialise it (it raises for a nil root or a key that is
-// not a string: either way there is no data).
+// the list has no exact form in the format (RVXMLPropertyListWriter.h):
+// then nothing of it is written.
 NSData* RVPropertyListXMLData(id list);
 
 // The property list that length bytes describe, immutable (containers and

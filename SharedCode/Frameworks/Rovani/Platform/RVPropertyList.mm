@@ -12,21 +12,9 @@
 #include "Platform/RVBinaryPropertyList.h"
 #include "Platform/RVPropertyList.h"
 #include "Platform/RVXMLPropertyList.h"
+#include "Platform/RVXMLPropertyListWriter.h"
 
-NSData* RVPropertyListXMLData(id list) {
-  if (list == nil) return nil;
-  NSString* error = nil;  // autoreleased by GNUstep
-  NSData* serialised = nil;
-  @try {
-    serialised = [NSPropertyListSerialization dataFromPropertyList:list
-                                                            format:NSPropertyListXMLFormat_v1_0
-                                                  errorDescription:&error];
-  } @catch (NSException*) {
-    serialised = nil;
-  }
-  // The serialiser answers a mutable buffer; callers keep what cannot change.
-  return [[serialised copy] autorelease];
-}
+NSData* RVPropertyListXMLData(id list) { return RVXMLPropertyListData(list); }
 
 namespace {
 

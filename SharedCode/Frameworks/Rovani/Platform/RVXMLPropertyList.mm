@@ -189,10 +189,30 @@ id MakeData(const std::string& text) {
 }
 
 id MakeString(const std::string& text) {
-  // GNUstep answers nil for bytes that are not UTF-8.
-  return [[NSString alloc] initWithBytes:text.data()
-                                  length:text.size()
-                                encoding:NSUTF8StringEncoding];
+  // GNUstep answers nil for bytes that are not UTF-8, and drops a leading
+  // U+FEFF as a byte-order mark: leading ones are counted here and put
+  // back through UTF-16, which keeps them.
+  size_t marks = 0;
+  while (text.compare(marks * 3, 3, "\xEF\xBB\xBF") == 0) ++marks;
+  NSString* rest = [[NSString alloc] initWithBytes:text.data() + marks * 3
+                                            length:text.size() - marks * 3
+                                          encoding:NSUTF8StringEncoding];
+  if (marks == 0 || rest == nil) return rest;
+  std::string prefix;
+  for (size_t i = 0; i < marks; ++i) prefix += "\xFF\xFE";
+  NSString* lead = [[NSString alloc] initWithBytes:prefix.data()
+                                            length:prefix.size()
+                                          encoding:NSUTF16LittleEndianStringEncoding];
+  // Appending to a mutable string keeps them; -stringByAppendingString:
+  // would drop them again.
+  NSMutableString* joined = [[NSMutableString alloc] initWithCapacity:marks + [rest length]];
+  [joined appendString:lead];
+  [joined appendString:rest];
+  NSString* whole = [joined copy];
+  [joined release];
+  [lead release];
+  [rest release];
+  return whole;
 }
 
 class XMLReader {

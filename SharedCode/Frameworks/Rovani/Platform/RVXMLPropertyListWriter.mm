@@ -1,0 +1,547 @@
+#import <Foundation/Foundation.h>
+#include <objc/message.h>
+#include <objc/runtime.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "Platform/RVBase64Alphabet.h"
+#include "Platform/RVPropertyList.h"
+#include "Platform/RVXMLPropertyListWriter.h"
+
+// One pass over the tree into one malloc'd buffer that becomes the data
+// without a copy. Settings documents are made of few concrete classes met
+// many times, so what the writer needs of a class (its kind, and the
+// methods it will call on it) is found once per class and kept in a small
+// table: each object then costs a table probe and direct calls instead of
+// a chain of -isKindOfClass: tests and a method look-up per message.
+
+namespace {
+
+const char kHead[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n";
+const char kTail[] = "</plist>";
+
+// The most one line's indentation takes: four columns a level, eight
+// columns a tab, for levels up to the depth limit.
+constexpr size_t kMaxIndent = kRVPropertyListMaxDepth / 2 + 4;
+// Room asked for around each element's text (indentation, tags, newline).
+constexpr size_t kElementRoom = kMaxIndent + 32;
+// Text is escaped in runs of this many UTF-16 units, each at most six
+// bytes ("&quot;"), so no request is much larger than the output it makes.
+constexpr size_t kTextRun = 4096;
+
+enum class Kind { String, PlatformBool, LibraryBool, Number, Date, Data, Dictionary, Array, Other };
+
+// The output: grows by doubling with realloc (large blocks move by
+// remapping, not copying); never beyond the size the library reads back.
+class Buffer {
+ public:
+  ~Buffer() { free(data_); }
+
+  // Room for at least more bytes at the end, or nullptr when that would
+  // take the text past the limit or memory runs out.
+  char* Reserve(size_t more) {
+    if (capacity_ - size_ >= more) return data_ + size_;
+    if (size_ + more > kRVPropertyListMaxBytes + kTextRun * 8) return nullptr;
+    size_t capacity = std::max({capacity_ * 2, size_ + more, size_t{1} << 16});
+    char* grown = static_cast<char*>(realloc(data_, capacity));
+    if (grown == nullptr) return nullptr;
+    data_ = grown;
+    capacity_ = capacity;
+    return data_ + size_;
+  }
+  void Commit(char* end) { size_ = static_cast<size_t>(end - data_); }
+  size_t Size() const { return size_; }
+  const char* Bytes() const { return data_; }
+  // Hands the block over to the caller, who frees it.
+  char* Release() {
+    char* data = data_;
+    data_ = nullptr;
+    size_ = capacity_ = 0;
+    return data;
+  }
+
+ private:
+  char* data_ = nullptr;
+  size_t size_ = 0;
+  size_t capacity_ = 0;
+};
+
+inline char* Put(char* p, const char* text, size_t length) {
+  memcpy(p, text, length);
+  return p + length;
+}
+template <size_t N>
+inline char* Put(char* p, const char (&text)[N]) {
+  return Put(p, text, N - 1);
+}
+
+inline char* Indent(char* p, unsigned level) {
+  unsigned columns = level * 4;
+  memset(p, '\t', columns / 8);
+  p += columns / 8;
+  memset(p, ' ', columns % 8);
+  return p + columns % 8;
+}
+
+// Days since 1970-01-01 as a proleptic Gregorian date.
+void CivilFromDays(int64_t z, int64_t* year, unsigned* month, unsigned* day) {
+  z += 719468;
+  int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+  unsigned doe = static_cast<unsigned>(z - era * 146097);
+  unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+  unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+  unsigned mp = (5 * doy + 2) / 153;
+  *day = doy - (153 * mp + 2) / 5 + 1;
+  *month = mp < 10 ? mp + 3 : mp - 9;
+  *year = static_cast<int64_t>(yoe) + era * 400 + (*month <= 2);
+}
+
+char* TwoDigits(char* p, unsigned value) {
+  p[0] = static_cast<char>('0' + value / 10);
+  p[1] = static_cast<char>('0' + value % 10);
+  return p + 2;
+}
+
+// What the writer knows of one class: its kind and the methods it calls
+// on its instances (which ones depends on the kind).
+struct ClassInfo {
+  Class cls = Nil;
+  Kind kind = Kind::Other;
+  IMP first = nullptr;
+  IMP second = nullptr;
+  IMP third = nullptr;
+  IMP fourth = nullptr;
+};
+
+class Writer {
+ public:
+  Writer()
+      : string_([NSString class]),
+        number_([NSNumber class]),
+        platformBool_(object_getClass([NSNumber numberWithBool:YES])),
+        // Nil in a program that links the readers and writer without the library.
+        libraryBool_(objc_lookUpClass("BoolNumber")),
+        date_([NSDate class]),
+        data_([NSData class]),
+        dictionary_([NSDictionary class]),
+        array_([NSArray class]) {}
+
+  bool Write(id root) {
+    char* p = out_.Reserve(sizeof kHead);
+    if (p == nullptr) return false;
+    out_.Commit(Put(p, kHead));
+    if (root == nil || !Value(root, 0)) return false;
+    p = out_.Reserve(sizeof kTail);
+    if (p == nullptr) return false;
+    out_.Commit(Put(p, kTail));
+    return out_.Size() <= kRVPropertyListMaxBytes;
+  }
+
+  Buffer& Output() { return out_; }
+
+ private:
+  struct Entry {
+    id key;
+    id value;
+    size_t offset;  // of the key's UTF-16 units in keyUnits_
+    size_t length;
+    bool ascii;
+  };
+
+  const ClassInfo& InfoOf(id object) {
+    Class cls = object_getClass(object);
+    ClassInfo& slot = classes_[(reinterpret_cast<uintptr_t>(cls) >> 4) % kClassSlots];
+    if (slot.cls != cls) Learn(object, cls, &slot);
+    return slot;
+  }
+
+  void Learn(id object, Class cls, ClassInfo* info) {
+    info->cls = cls;
+    info->kind = Kind::Other;
+    for (Class c = cls; c != Nil; c = class_getSuperclass(c)) {
+      if (c == string_) info->kind = Kind::String;
+      else if (c == platformBool_) info->kind = Kind::PlatformBool;
+      else if (c == libraryBool_) info->kind = Kind::LibraryBool;
+      else if (c == number_) info->kind = Kind::Number;
+      else if (c == date_) info->kind = Kind::Date;
+      else if (c == data_) info->kind = Kind::Data;
+      else if (c == dictionary_) info->kind = Kind::Dictionary;
+      else if (c == array_) info->kind = Kind::Array;
+      else continue;
+      break;
+    }
+    auto method = [object](SEL selector) { return objc_msg_lookup(object, selector); };
+    switch (info->kind) {
+      case Kind::String:
+        info->first = method(@selector(length));
+        info->second = method(@selector(getCharacters:range:));
+        break;
+      case Kind::PlatformBool:
+      case Kind::LibraryBool:
+        info->first = method(@selector(boolValue));
+        break;
+      case Kind::Number:
+        info->first = method(@selector(objCType));
+        info->second = method(@selector(longLongValue));
+        info->third = method(@selector(unsignedLongLongValue));
+        info->fourth = method(@selector(doubleValue));
+        break;
+      case Kind::Date:
+        info->first = method(@selector(timeIntervalSinceReferenceDate));
+        break;
+      case Kind::Data:
+        info->first = method(@selector(bytes));
+        info->second = method(@selector(length));
+        break;
+      case Kind::Dictionary:
+        info->first = method(@selector(count));
+        info->second = method(@selector(getObjects:andKeys:));
+        break;
+      case Kind::Array:
+        info->first = method(@selector(count));
+        info->second = method(@selector(getObjects:));
+        break;
+      case Kind::Other:
+        break;
+    }
+  }
+
+  // Appends the UTF-16 units of a string of the given class to units.
+  static size_t Units(id string, const ClassInfo& info, std::vector<unichar>* units) {
+    NSUInteger length = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(string, @selector(length));
+    size_t start = units->size();
+    units->resize(start + length);
+    if (length > 0)
+      reinterpret_cast<void (*)(id, SEL, unichar*, NSRange)>(info.second)(
+          string, @selector(getCharacters:range:), units->data() + start, NSMakeRange(0, length));
+    return length;
+  }
+
+  // Writes units as element content. False for what XML 1.0 cannot hold
+  // and for unpaired surrogates.
+  bool Text(const unichar* units, size_t count) {
+    size_t i = 0;
+    while (i < count) {
+      size_t stop = std::min(count, i + kTextRun);
+      char* p = out_.Reserve((stop - i) * 6 + 4);
+      if (p == nullptr) return false;
+      while (i < stop) {
+        unichar c = units[i++];
+        if (c < 0x80) {
+          if (c >= 0x20) {
+            switch (c) {
+              case '&': p = Put(p, "&amp;"); break;
+              case '<': p = Put(p, "&lt;"); break;
+              case '>': p = Put(p, "&gt;"); break;
+              case '"': p = Put(p, "&quot;"); break;
+              case '\'': p = Put(p, "&apos;"); break;
+              default: *p++ = static_cast<char>(c);
+            }
+          } else if (c == '\t' || c == '\n') {
+            *p++ = static_cast<char>(c);
+          } else if (c == '\r') {
+            p = Put(p, "&#13;");  // a raw CR comes back as LF from any reader
+          } else {
+            return false;
+          }
+        } else if (c < 0x800) {
+          *p++ = static_cast<char>(0xC0 | (c >> 6));
+          *p++ = static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0xD800 || (c > 0xDFFF && c < 0xFFFE)) {
+          *p++ = static_cast<char>(0xE0 | (c >> 12));
+          *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+          *p++ = static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c <= 0xDBFF && i < count && units[i] >= 0xDC00 && units[i] <= 0xDFFF) {
+          uint32_t code = 0x10000 + ((static_cast<uint32_t>(c) - 0xD800) << 10) + (units[i++] - 0xDC00);
+          *p++ = static_cast<char>(0xF0 | (code >> 18));
+          *p++ = static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+          *p++ = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+          *p++ = static_cast<char>(0x80 | (code & 0x3F));
+        } else {
+          return false;  // an unpaired surrogate, U+FFFE or U+FFFF
+        }
+      }
+      out_.Commit(p);
+    }
+    return true;
+  }
+
+  // <name>text</name> on a line of its own.
+  bool Element(unsigned level, const char* open, size_t openLength, const char* text,
+               size_t length, const char* close, size_t closeLength) {
+    char* p = out_.Reserve(kElementRoom + length);
+    if (p == nullptr) return false;
+    p = Indent(p, level);
+    p = Put(p, open, openLength);
+    p = Put(p, text, length);
+    p = Put(p, close, closeLength);
+    *p++ = '\n';
+    out_.Commit(p);
+    return true;
+  }
+
+  bool Line(unsigned level, const char* text, size_t length) {
+    return Element(level, text, length, "", 0, "", 0);
+  }
+
+  bool String(id string, const ClassInfo& info, unsigned level) {
+    textUnits_.clear();
+    size_t length = Units(string, info, &textUnits_);
+    char* p = out_.Reserve(kElementRoom);
+    if (p == nullptr) return false;
+    out_.Commit(Put(Indent(p, level), "<string>"));
+    if (!Text(textUnits_.data(), length)) return false;
+    p = out_.Reserve(16);
+    if (p == nullptr) return false;
+    out_.Commit(Put(p, "</string>\n"));
+    return true;
+  }
+
+  bool Number(id number, const ClassInfo& info, unsigned level) {
+    const char* type = reinterpret_cast<const char* (*)(id, SEL)>(info.first)(number, @selector(objCType));
+    char text[40];
+    char* end;
+    switch (type == nullptr ? 0 : type[0]) {
+      case 'f':
+      case 'd': {
+        double value = reinterpret_cast<double (*)(id, SEL)>(info.fourth)(number, @selector(doubleValue));
+        // to_chars gives the shortest text that reads back to the same
+        // double, and "inf" and "-inf"; every NaN is written "nan".
+        end = std::isnan(value) ? Put(text, "nan") : std::to_chars(text, text + sizeof text, value).ptr;
+        return Element(level, "<real>", 6, text, static_cast<size_t>(end - text), "</real>", 7);
+      }
+      case 'Q':
+      case 'L':
+      case 'I':
+      case 'S':
+      case 'C': {
+        unsigned long long value = reinterpret_cast<unsigned long long (*)(id, SEL)>(info.third)(
+            number, @selector(unsignedLongLongValue));
+        end = std::to_chars(text, text + sizeof text, value).ptr;
+        break;
+      }
+      case 'q':
+      case 'l':
+      case 'i':
+      case 's':
+      case 'c': {
+        long long value =
+            reinterpret_cast<long long (*)(id, SEL)>(info.second)(number, @selector(longLongValue));
+        end = std::to_chars(text, text + sizeof text, value).ptr;
+        break;
+      }
+      default:
+        return false;
+    }
+    return Element(level, "<integer>", 9, text, static_cast<size_t>(end - text), "</integer>", 10);
+  }
+
+  bool Date(id date, const ClassInfo& info, unsigned level) {
+    double interval = reinterpret_cast<double (*)(id, SEL)>(info.first)(
+        date, @selector(timeIntervalSinceReferenceDate));
+    // Years 1 to 9999 lie well inside this range (NaN does not).
+    if (!(interval > -7.0e10 && interval < 2.6e11)) return false;
+    int64_t seconds = static_cast<int64_t>(std::floor(interval)) + 978307200;  // since 1970
+    int64_t days = seconds >= 0 ? seconds / 86400 : -((-seconds + 86399) / 86400);
+    unsigned inDay = static_cast<unsigned>(seconds - days * 86400);
+    int64_t year;
+    unsigned month, day;
+    CivilFromDays(days, &year, &month, &day);
+    if (year < 1 || year > 9999) return false;
+    char text[20];
+    char* p = TwoDigits(TwoDigits(text, static_cast<unsigned>(year / 100)), static_cast<unsigned>(year % 100));
+    *p++ = '-';
+    p = TwoDigits(p, month);
+    *p++ = '-';
+    p = TwoDigits(p, day);
+    *p++ = 'T';
+    p = TwoDigits(p, inDay / 3600);
+    *p++ = ':';
+    p = TwoDigits(p, inDay / 60 % 60);
+    *p++ = ':';
+    p = TwoDigits(p, inDay % 60);
+    *p++ = 'Z';
+    return Element(level, "<date>", 6, text, static_cast<size_t>(p - text), "</date>", 7);
+  }
+
+  // Base64 on the line after <data>, unindented, as the platform writes it.
+  bool Data(id data, const ClassInfo& info, unsigned level) {
+    const unsigned char* bytes =
+        static_cast<const unsigned char*>(reinterpret_cast<const void* (*)(id, SEL)>(info.first)(data, @selector(bytes)));
+    size_t n = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.second)(data, @selector(length));
+    if (n > kRVPropertyListMaxBytes) return false;
+    char* p = out_.Reserve(kElementRoom + (n + 2) / 3 * 4);
+    if (p == nullptr) return false;
+    p = Put(Indent(p, level), "<data>\n");
+    size_t i = 0;
+    for (; i + 3 <= n; i += 3) {
+      uint32_t group = (uint32_t(bytes[i]) << 16) | (uint32_t(bytes[i + 1]) << 8) | bytes[i + 2];
+      *p++ = kRVBase64Alphabet[group >> 18];
+      *p++ = kRVBase64Alphabet[(group >> 12) & 63];
+      *p++ = kRVBase64Alphabet[(group >> 6) & 63];
+      *p++ = kRVBase64Alphabet[group & 63];
+    }
+    if (i < n) {
+      uint32_t group = uint32_t(bytes[i]) << 16;
+      if (i + 1 < n) group |= uint32_t(bytes[i + 1]) << 8;
+      *p++ = kRVBase64Alphabet[group >> 18];
+      *p++ = kRVBase64Alphabet[(group >> 12) & 63];
+      *p++ = i + 1 < n ? kRVBase64Alphabet[(group >> 6) & 63] : '=';
+      *p++ = '=';
+    }
+    out_.Commit(Put(p, "</data>\n"));
+    return true;
+  }
+
+  bool Less(const Entry& a, const Entry& b) const {
+    if (!a.ascii || !b.ascii) {
+      NSComparisonResult order = [a.key compare:b.key];
+      if (order != NSOrderedSame) return order == NSOrderedAscending;
+    }
+    // Code-unit order: what -compare: gives for ASCII text, and the
+    // tie-break for distinct keys that it holds the same.
+    const unichar* x = keyUnits_.data() + a.offset;
+    const unichar* y = keyUnits_.data() + b.offset;
+    return std::lexicographical_compare(x, x + a.length, y, y + b.length);
+  }
+
+  bool Dictionary(id dictionary, const ClassInfo& info, unsigned level) {
+    NSUInteger count = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(dictionary, @selector(count));
+    if (!Line(level, "<dict>", 6)) return false;
+    if (count > 0) {
+      if (count > kRVPropertyListMaxObjects) return false;
+      size_t base = entries_.size();
+      size_t unitsBase = keyUnits_.size();
+      size_t scratchBase = scratch_.size();
+      scratch_.resize(scratchBase + 2 * count);
+      id* values = scratch_.data() + scratchBase;
+      reinterpret_cast<void (*)(id, SEL, id*, id*)>(info.second)(
+          dictionary, @selector(getObjects:andKeys:), values, values + count);
+      for (NSUInteger i = 0; i < count; ++i) {
+        id key = scratch_[scratchBase + count + i];
+        const ClassInfo& keyInfo = InfoOf(key);
+        if (keyInfo.kind != Kind::String) return false;
+        size_t offset = keyUnits_.size();
+        size_t length = Units(key, keyInfo, &keyUnits_);
+        bool ascii = true;
+        for (size_t k = offset; k < offset + length; ++k) ascii &= keyUnits_[k] < 0x80;
+        entries_.push_back(Entry{key, scratch_[scratchBase + i], offset, length, ascii});
+      }
+      scratch_.resize(scratchBase);
+      std::sort(entries_.begin() + static_cast<ptrdiff_t>(base), entries_.end(),
+                [this](const Entry& a, const Entry& b) { return Less(a, b); });
+      for (size_t i = base; i < base + count; ++i) {
+        char* p = out_.Reserve(kElementRoom);
+        if (p == nullptr) return false;
+        out_.Commit(Put(Indent(p, level + 1), "<key>"));
+        if (!Text(keyUnits_.data() + entries_[i].offset, entries_[i].length)) return false;
+        p = out_.Reserve(8);
+        if (p == nullptr) return false;
+        out_.Commit(Put(p, "</key>\n"));
+        if (!Value(entries_[i].value, level + 1)) return false;
+      }
+      entries_.resize(base);
+      keyUnits_.resize(unitsBase);
+    }
+    return Line(level, "</dict>", 7);
+  }
+
+  bool Array(id array, const ClassInfo& info, unsigned level) {
+    NSUInteger count = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(array, @selector(count));
+    if (!Line(level, "<array>", 7)) return false;
+    if (count > 0) {
+      if (count > kRVPropertyListMaxObjects) return false;
+      size_t base = scratch_.size();
+      scratch_.resize(base + count);
+      reinterpret_cast<void (*)(id, SEL, id*)>(info.second)(array, @selector(getObjects:),
+                                                             scratch_.data() + base);
+      // Children push their own items after these: index, do not point.
+      for (size_t i = base; i < base + count; ++i)
+        if (!Value(scratch_[i], level + 1)) return false;
+      scratch_.resize(base);
+    }
+    return Line(level, "</array>", 8);
+  }
+
+  bool Value(id object, unsigned level) {
+    if (++objects_ > kRVPropertyListMaxObjects) return false;
+    const ClassInfo& info = InfoOf(object);
+    switch (info.kind) {
+      case Kind::String:
+        return String(object, info, level);
+      case Kind::PlatformBool:
+      case Kind::LibraryBool:
+        if (reinterpret_cast<BOOL (*)(id, SEL)>(info.first)(object, @selector(boolValue)))
+          return Line(level, "<true/>", 7);
+        return Line(level, "<false/>", 8);
+      case Kind::Number:
+        return Number(object, info, level);
+      case Kind::Date:
+        return Date(object, info, level);
+      case Kind::Data:
+        return Data(object, info, level);
+      case Kind::Dictionary:
+        return level < kRVPropertyListMaxDepth && Dictionary(object, info, level);
+      case Kind::Array:
+        return level < kRVPropertyListMaxDepth && Array(object, info, level);
+      case Kind::Other:
+        break;
+    }
+    return false;
+  }
+
+  static constexpr size_t kClassSlots = 64;
+
+  Class string_, number_, platformBool_, libraryBool_, date_, data_, dictionary_, array_;
+  ClassInfo classes_[kClassSlots];
+  Buffer out_;
+  std::vector<Entry> entries_;      // dictionaries being written, innermost last
+  std::vector<unichar> keyUnits_;   // their keys' text
+  std::vector<id> scratch_;         // containers' items being written
+  std::vector<unichar> textUnits_;  // the string being written
+  size_t objects_ = 0;
+};
+
+// Runs the writer; on success *written holds the text. Platform
+// exceptions (a collection that changes under the writer, a method that
+// raises) make the write fail like any other refusal.
+bool Run(id list, Writer* writer) {
+  bool written = false;
+  @autoreleasepool {
+    @try {
+      written = writer->Write(list);
+    } @catch (NSException*) {
+      written = false;
+    }
+  }
+  return written;
+}
+
+}  // namespace
+
+bool RVXMLPropertyListWrite(id list, std::string* out) {
+  Writer writer;
+  if (!Run(list, &writer)) return false;
+  out->assign(writer.Output().Bytes(), writer.Output().Size());
+  return true;
+}
+
+NSData* RVXMLPropertyListData(id list) {
+  Writer writer;
+  if (!Run(list, &writer)) return nil;
+  size_t size = writer.Output().Size();
+  return [[[NSData alloc] initWithBytesNoCopy:writer.Output().Release()
+                                       length:size
+                                 freeWhenDone:YES] autorelease];
+}
