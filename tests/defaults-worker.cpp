@@ -8,10 +8,9 @@
 //   write <key> <value>    sets key in both stores, synchronises
 //   remove <key>           removes key from the current user's store
 //   read <key>             prints the string value of key, or "<none>"
-//   put user|all [exotic]  stores the values of ExactValues in one store
+//   put user|all           stores the values of ExactValues in one store
 //                          (synchronising the all-users one)
-//   check user|all [exotic]
-//                          exits 1, naming each key, unless every value of
+//   check user|all         exits 1, naming each key, unless every value of
 //                          ExactValues reads back as a later process must
 //                          see it (dates to the second)
 //   touch user|all         stores one more key, so that the file is
@@ -41,11 +40,10 @@ std::string Text(const RVString& s) {
 
 // Values the platform's own store used to change on their way through:
 // text that looks like an escape, the empty key, the extremes of the
-// integers, a date with a fraction of a second, nested containers. The
-// exotic ones are characters beyond U+FFFF, a leading U+FEFF, CR, reals
-// that need all 17 digits (the largest double, a float) and the largest
-// unsigned integer.
-RVDictionary ExactValues(bool exotic) {
+// integers, a date with a fraction of a second, nested containers,
+// characters beyond U+FFFF, a leading U+FEFF, CR, reals that need all 17
+// digits (the largest double, a float) and the largest unsigned integer.
+RVDictionary ExactValues() {
   RVDictionary values;
   values.SetObjectForKey(RVString("\\U0041 stays text"), "escaped");
   values.SetObjectForKey(RVString("empty key"), "");
@@ -54,17 +52,15 @@ RVDictionary ExactValues(bool exotic) {
   inner.SetObjectForKey(RVString("a,b").ComponentsSeparatedByString(","), "list");
   inner.SetObjectForKey(RVData::DataWithBytes("\0\xff", 2), "data");
   values.SetObjectForKey(inner, "nested");
-  if (exotic) {
-    values.SetObjectForKey(RVString("\xF0\x9F\x98\x80 smile"), "\xF0\x9F\x98\x80");
-    // From UTF-16: text made from UTF-8 loses a leading U+FEFF.
-    values.SetObjectForKey(RVString(reinterpret_cast<const wchar_t*>(u"\uFEFFmarked")),
-                           RVString(reinterpret_cast<const wchar_t*>(u"\uFEFF")));
-    values.SetObjectForKey(RVString("a\r\nb\rc"), "cr");
-    values.SetObjectForKey(RVNumber(DBL_MAX), "dblmax");
-    values.SetObjectForKey(RVNumber(0.1f), "float");
-    values.SetObjectForKey(RVNumber(123456789.12345679), "double");
-    values.SetObjectForKey(RVNumber(ULONG_MAX), "uint64");
-  }
+  values.SetObjectForKey(RVString("\xF0\x9F\x98\x80 smile"), "\xF0\x9F\x98\x80");
+  // From UTF-16: text made from UTF-8 loses a leading U+FEFF.
+  values.SetObjectForKey(RVString(reinterpret_cast<const wchar_t*>(u"\uFEFFmarked")),
+                         RVString(reinterpret_cast<const wchar_t*>(u"\uFEFF")));
+  values.SetObjectForKey(RVString("a\r\nb\rc"), "cr");
+  values.SetObjectForKey(RVNumber(DBL_MAX), "dblmax");
+  values.SetObjectForKey(RVNumber(0.1f), "float");
+  values.SetObjectForKey(RVNumber(123456789.12345679), "double");
+  values.SetObjectForKey(RVNumber(ULONG_MAX), "uint64");
   return values;
 }
 
@@ -73,8 +69,7 @@ RVDictionary ExactValues(bool exotic) {
 const struct {
   const char* key;
   double set, stored;
-  bool exotic;
-} kDates[] = {{"date", 1234567890.75, 1234567890.0, false}, {"early", -1000.5, -1001.0, true}};
+} kDates[] = {{"date", 1234567890.75, 1234567890.0}, {"early", -1000.5, -1001.0}};
 
 int Report(const std::string& key, const std::string& found) {
   std::printf("%s: %s\n", key.c_str(), found.c_str());
@@ -82,9 +77,9 @@ int Report(const std::string& key, const std::string& found) {
 }
 
 // Stores ExactValues and the dates, or checks that they read back.
-int PutOrCheck(bool put, const std::string& store, bool exotic) {
+int PutOrCheck(bool put, const std::string& store) {
   RVUserDefaults defaults(store == "all");
-  RVDictionary values = ExactValues(exotic);
+  RVDictionary values = ExactValues();
   RVArray keys = values.KeyEnumerator().AllObjects();
   int wrong = 0;
   for (unsigned int i = 0; i < keys.Count(); ++i) {
@@ -100,7 +95,6 @@ int PutOrCheck(bool put, const std::string& store, bool exotic) {
     }
   }
   for (const auto& date : kDates) {
-    if (date.exotic && !exotic) continue;
     if (put) {
       defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(date.set), date.key);
     } else if (defaults.DateForKey(date.key).TimeIntervalSinceRefereceDate() != date.stored) {
@@ -142,9 +136,8 @@ int main(int argc, char** argv) {
     RVUserDefaults::StandardUserDefaults().SetObjectForKey(RVObject(), RVString(argv[2]));
     return 0;
   }
-  if ((command == "put" || command == "check") && (argc == 3 || argc == 4)) {
-    bool exotic = argc == 4 && std::string(argv[3]) == "exotic";
-    return PutOrCheck(command == "put", argv[2], exotic);
+  if ((command == "put" || command == "check") && argc == 3) {
+    return PutOrCheck(command == "put", argv[2]);
   }
   if (command == "touch" && argc == 3) {
     RVUserDefaults defaults(std::string(argv[2]) == "all");
