@@ -14,6 +14,8 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <Rovani/Rovani.h>
@@ -73,7 +75,7 @@ RVString Handle(const std::string& text) {
 
 // The direct route: jsoncpp's reader, then an immutable Foundation tree built
 // straight from its values: each collection made once from a buffer of its
-// members, classes looked up once. Only documents known to parse are given,
+// members, one string per distinct key, classes looked up once. Only documents known to parse are given,
 // and integers are read in range, so nothing here throws.
 struct DirectBuilder {
   Class numberClass = [NSNumber class];
@@ -81,6 +83,19 @@ struct DirectBuilder {
   Class arrayClass = [NSArray class];
   Class dictionaryClass = [NSDictionary class];
   id null = [NSNull null];
+  std::unordered_map<std::string_view, NSString*> keys;
+
+  ~DirectBuilder() {
+    for (auto& key : keys) [key.second release];
+  }
+
+  NSString* Key(const char* name) {
+    auto found = keys.find(name);
+    if (found != keys.end()) return found->second;
+    NSString* key = [[stringClass alloc] initWithUTF8String:name];
+    keys.emplace(name, key);
+    return key;
+  }
 
   id Build(const Json::Value& value) {
     switch (value.type()) {
@@ -108,19 +123,18 @@ struct DirectBuilder {
         return array;
       }
       case Json::objectValue: {
-        std::vector<id> keys;
+        std::vector<id> names;
         std::vector<id> members;
-        keys.reserve(value.size());
+        names.reserve(value.size());
         members.reserve(value.size());
         for (Json::Value::const_iterator it = value.begin(); it != value.end(); ++it) {
-          keys.push_back([[stringClass alloc] initWithUTF8String:it.memberName()]);
+          names.push_back(Key(it.memberName()));
           id made = Build(*it);
           members.push_back(made != nil ? made : [null retain]);
         }
         id dictionary = [[dictionaryClass alloc] initWithObjects:members.data()
-                                                         forKeys:keys.data()
-                                                           count:keys.size()];
-        for (id key : keys) [key release];
+                                                         forKeys:names.data()
+                                                           count:names.size()];
         for (id member : members) [member release];
         return dictionary;
       }
@@ -160,13 +174,21 @@ void ParseDirectly(benchmark::State& state, const std::string& text) {
 }
 
 // Walking a Foundation tree into a jsoncpp value, the direct way, with the
-// classes looked up once.
+// classes looked up once and text converted into one reused buffer.
 struct DirectWalker {
   Class arrayClass = [NSArray class];
   Class dictionaryClass = [NSDictionary class];
   Class boolClass = [BoolNumber class];
   Class numberClass = [NSNumber class];
   Class stringClass = [NSString class];
+  std::vector<char> buffer;
+
+  const char* Utf8(NSString* string) {
+    size_t size = [string length] * 3 + 1;
+    if (buffer.size() < size) buffer.resize(size);
+    [string getCString:buffer.data() maxLength:size encoding:NSUTF8StringEncoding];
+    return buffer.data();
+  }
 
   void Walk(id object, Json::Value& into) {
     if ([object isKindOfClass:arrayClass]) {
@@ -174,7 +196,7 @@ struct DirectWalker {
       for (id element in object) Walk(element, into.append(Json::Value()));
     } else if ([object isKindOfClass:dictionaryClass]) {
       into = Json::Value(Json::objectValue);
-      for (NSString* key in object) Walk([object objectForKey:key], into[[key UTF8String]]);
+      for (NSString* key in object) Walk([object objectForKey:key], into[Utf8(key)]);
     } else if ([object isKindOfClass:boolClass]) {
       into = Json::Value([object boolValue] ? true : false);
     } else if ([object isKindOfClass:numberClass]) {
@@ -184,7 +206,7 @@ struct DirectWalker {
       else
         into = Json::Value([object intValue]);
     } else if ([object isKindOfClass:stringClass]) {
-      into = Json::Value([object UTF8String]);
+      into = Json::Value(Utf8(object));
     } else {
       into = Json::Value();
     }
