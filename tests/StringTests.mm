@@ -152,6 +152,28 @@ TEST(String, ConcatenationRendersTheRightSideAsAnObject) {
   EXPECT_EQ(Text("pre" + RVString("fix")), "prefix");
   EXPECT_EQ(Text(@"ns" + RVString("string")), "nsstring");
   EXPECT_EQ(Text((CFStringRef) @"cf" + RVString("string")), "cfstring");
+
+  // Whatever the operands, the text is what "%@%@" formats from the two:
+  // format characters stay as they are, nil renders as the platform renders
+  // it, other objects by their description, awkward characters unchanged.
+  NSString* lone = [NSString stringWithFormat:@"a%Cb", (unichar)0xD800];
+  NSString* long_ = [@"" stringByPaddingToLength:5000 withString:@"xy\u00e9" startingAtIndex:0];
+  NSMutableString* mutable_ = [NSMutableString stringWithString:@"mut%d"];
+  id operands[] = {@"100%", @"%@%d%", @"\uFEFFbom", @"\U0001F600", @"", lone, long_, mutable_,
+                   [NSString stringWithFormat:@"n%Cul", (unichar)0], [NSNumber numberWithInt:5], nil};
+  for (id a : operands) {
+    for (id b : operands) {
+      if (a != nil && ![a isKindOfClass:[NSString class]]) continue;  // refused by initWithString:
+      NSString* expected = [NSString stringWithFormat:@"%@%@", a != nil ? a : @"", b];
+      RVString joined = RVString(static_cast<RVId>(a)) + RVString(static_cast<RVId>(b));
+      EXPECT_TRUE([joined.Ref() isEqualToString:expected]) << Text(joined);
+      EXPECT_EQ([joined.Ref() length], [expected length]);
+    }
+  }
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVString owned = RVString("a") + RVString("b");
+  [pool drain];
+  EXPECT_EQ(owned.RetainCount(), 1u);
 }
 
 }  // namespace
