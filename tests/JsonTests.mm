@@ -150,6 +150,12 @@ TEST(JsonTranslator, EncodesEachKindAsTheStyledWriterPrintsIt) {
             "{\n   \"b\" : 7,\n   \"list\" : " + line + ",\n   \"nothing\" : null\n}\n");
 
   EXPECT_EQ(Text(translator.Encode(RVArray())), "[]\n");
+  // Inside a tree every object is written as the factory's handle for it:
+  // mutable collections as collections, the platform's booleans as numbers.
+  NSArray* mixed = @[[NSMutableArray arrayWithObject:[NSNumber numberWithBool:YES]],
+                     [NSMutableDictionary dictionaryWithObject:BoolToRVId(true) forKey:@"t"]];
+  EXPECT_EQ(Text(translator.Encode(RVArray(mixed))),
+            "[\n   [ 1 ],\n   {\n      \"t\" : true\n   }\n]\n");
   EXPECT_EQ(Text(translator.Encode(RVObject())), "null\n");
   // The root's own handle class decides: a plain handle is null, whatever it holds.
   EXPECT_EQ(Text(translator.Encode(RVObject(dictionary.Ref()))), "null\n");

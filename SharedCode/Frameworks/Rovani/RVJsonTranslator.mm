@@ -13,7 +13,6 @@
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
-#include <Rovani/RVEnumerator.h>
 #include <Rovani/RVJsonTranslator.h>
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVUtilities.h>
