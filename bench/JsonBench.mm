@@ -75,8 +75,9 @@ RVString Handle(const std::string& text) {
 
 // The direct route: jsoncpp's reader, then an immutable Foundation tree built
 // straight from its values: each collection made once from a buffer of its
-// members, one string per distinct key, classes looked up once. Only documents known to parse are given,
-// and integers are read in range, so nothing here throws.
+// members, one string per distinct key, classes looked up once. Only
+// documents known to parse are given, and integers are read in range, so
+// nothing here throws.
 struct DirectBuilder {
   Class numberClass = [NSNumber class];
   Class stringClass = [NSString class];
@@ -104,7 +105,8 @@ struct DirectBuilder {
         return [[numberClass alloc] initWithLong:static_cast<long>(value.asInt64())];
       case Json::uintValue:
         if (value.isUInt()) return [[numberClass alloc] initWithUnsignedInt:value.asUInt()];
-        return [[numberClass alloc] initWithUnsignedLong:static_cast<unsigned long>(value.asUInt64())];
+        return [[numberClass alloc]
+            initWithUnsignedLong:static_cast<unsigned long>(value.asUInt64())];
       case Json::realValue:
         return [[numberClass alloc] initWithDouble:value.asDouble()];
       case Json::stringValue:

@@ -217,7 +217,8 @@ TEST(JsonTranslator, EncodesAwkwardTextAsBefore) {
   const int sorted[] = {4, 0, 5, 3, 2, 1};
   std::string object = "{\n";
   for (int i : sorted) object += "   " + each[i] + (i == 1 ? " : 1\n" : " : 1,\n");
-  EXPECT_EQ(Text(translator.Encode(RVDictionary(static_cast<NSDictionary*>(keyed)))), object + "}\n");
+  EXPECT_EQ(Text(translator.Encode(RVDictionary(static_cast<NSDictionary*>(keyed)))),
+            object + "}\n");
 }
 
 TEST(JsonTranslator, EncodingADictionaryStopsAtAnEmptyKey) {

@@ -59,7 +59,14 @@ std::string LossyUtf8CText(NSString* string) {
 }
 
 // What a node of the tree is written as.
-enum NodeKind : unsigned char { kNodeNull, kNodeArray, kNodeDictionary, kNodeNumber, kNodeString, kNodeBool };
+enum NodeKind : unsigned char {
+  kNodeNull,
+  kNodeArray,
+  kNodeDictionary,
+  kNodeNumber,
+  kNodeString,
+  kNodeBool
+};
 
 // Walks a Foundation tree into a jsoncpp value. Every node is written as the
 // handle the factory would make for it: an object's kind is that handle's
@@ -268,7 +275,8 @@ class TreeBuilder {
       case kRVJsonReal:
         return [[numberClass_ alloc] initWithDouble:description.real];
       case kRVJsonString:
-        return [[stringClass_ alloc] initWithCString:description.text encoding:NSUTF8StringEncoding];
+        return [[stringClass_ alloc] initWithCString:description.text
+                                            encoding:NSUTF8StringEncoding];
       case kRVJsonBool:
         return [(description.boolean ? true_ : false_) retain];
       case kRVJsonArray:

@@ -344,7 +344,8 @@ bool RendersAsItself(id object) {
   static IMP localeDescription =
       class_getMethodImplementation(stringClass, @selector(descriptionWithLocale:));
   bool isString = false;
-  for (Class c = type; c != Nil && !isString; c = class_getSuperclass(c)) isString = c == stringClass;
+  for (Class c = type; c != Nil && !isString; c = class_getSuperclass(c))
+    isString = c == stringClass;
   if (!isString || class_getMethodImplementation(type, @selector(description)) != description ||
       class_getMethodImplementation(type, @selector(descriptionWithLocale:)) != localeDescription)
     return false;
@@ -363,7 +364,8 @@ bool RendersAsItself(id object) {
 // leading byte-order mark (which making a string from characters drops), a
 // lone surrogate (which it refuses).
 NSString* NewDirectJoin(NSString* left, NSString* right) {
-  if (right == nil || (left != nil && !RendersAsItself(left)) || !RendersAsItself(right)) return nil;
+  if (right == nil || (left != nil && !RendersAsItself(left)) || !RendersAsItself(right))
+    return nil;
   NSUInteger leftLength = [left length];
   NSUInteger rightLength = [right length];
   NSUInteger length = leftLength + rightLength;
@@ -389,7 +391,8 @@ NSString* NewDirectJoin(NSString* left, NSString* right) {
 RVString& RVString::operator+=(const RVString& other) {
   NSString* joined = NewDirectJoin(Ref(), other.Ref());
   if (joined == nil) {
-    NSString* left = Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
+    NSString* left =
+        Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
     Release();
     joined = [[NSString alloc] initWithFormat:@"%@%@", left, other.Ref()];
     [left release];
