@@ -189,6 +189,11 @@ TEST(String, ConcatenationRendersTheRightSideAsAnObject) {
       EXPECT_EQ([joined.Ref() length], [expected length]);
     }
   }
+  // The left side is released before the right side is read.
+  RVString itself("ab");
+  itself += itself;
+  EXPECT_EQ(Text(itself), "ab(null)");
+
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   RVString owned = RVString("a") + RVString("b");
   [pool drain];

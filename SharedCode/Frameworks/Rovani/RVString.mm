@@ -1,9 +1,9 @@
 #import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdlib>
-#include <atomic>
 #include <cstring>
 #include <vector>
 
@@ -336,7 +336,7 @@ bool RendersAsItself(id object) {
   Class type = object_getClass(object);
   for (std::atomic<const void*>& slot : known) {
     const void* seen = slot.load(std::memory_order_relaxed);
-    if (seen == (__bridge const void*)type) return true;
+    if (seen == reinterpret_cast<const void*>(type)) return true;
     if (seen == nullptr) break;
   }
   static Class stringClass = [NSString class];
@@ -351,8 +351,8 @@ bool RendersAsItself(id object) {
     return false;
   for (std::atomic<const void*>& slot : known) {
     const void* empty = nullptr;
-    if (slot.compare_exchange_strong(empty, (__bridge const void*)type) ||
-        empty == (__bridge const void*)type)
+    if (slot.compare_exchange_strong(empty, reinterpret_cast<const void*>(type)) ||
+        empty == reinterpret_cast<const void*>(type))
       break;
   }
   return true;
@@ -386,10 +386,11 @@ NSString* NewDirectJoin(NSString* left, NSString* right) {
 }  // namespace
 
 // The text is what the format "%@%@" makes from a copy of this string (or ""
-// for nil) and the other's object; strings that render as themselves are
-// joined without formatting.
+// for nil) and the other's object once this one is released; strings that
+// render as themselves are joined without formatting. Appending a string to
+// itself therefore appends what nil renders as, and takes the formatted route.
 RVString& RVString::operator+=(const RVString& other) {
-  NSString* joined = NewDirectJoin(Ref(), other.Ref());
+  NSString* joined = &other != this ? NewDirectJoin(Ref(), other.Ref()) : nil;
   if (joined == nil) {
     NSString* left =
         Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
