@@ -295,8 +295,8 @@ class TreeBuilder {
   // valid as it grows).
   struct Level {
     std::vector<RVJsonChild> children;
-    std::vector<id> keys;
-    std::vector<id> members;
+    std::vector<id> keys;     // not retained: the builder's own keys hold them
+    std::vector<id> members;  // retained
   };
   Level& LevelAt(size_t depth) {
     while (levels_.size() <= depth) levels_.emplace_back();
@@ -347,11 +347,10 @@ class TreeBuilder {
     @try {
       for (const RVJsonChild& child : level.children) {
         NSString* key = Key(child.name);
-        if (key != nil) keys.push_back([key retain]);
+        if (key != nil) keys.push_back(key);
         RVJsonKind kind;
         id member = Build(child.value, kind, depth + 1);
-        id stored = [StoredMember(member, kind) retain];
-        [member release];
+        id stored = StoredMember(member, kind);
         members.push_back(stored);
         if (key == nil) {
           // A name that is not UTF-8 makes no key, which the platform's
@@ -362,14 +361,14 @@ class TreeBuilder {
         }
       }
     } @catch (NSException* exception) {
-      ReleaseAll(keys);
+      keys.clear();
       ReleaseAll(members);
       @throw;
     }
     id result = [[dictionaryClass_ alloc] initWithObjects:members.data()
                                                   forKeys:keys.data()
                                                     count:keys.size()];
-    ReleaseAll(keys);
+    keys.clear();
     ReleaseAll(members);
     return result;
   }
@@ -385,18 +384,23 @@ class TreeBuilder {
     return key;
   }
 
-  // Empty members are stored as the dictionary stores empty handles: an
-  // empty string, array or dictionary for those kinds, NSNull for the rest.
+  // What the dictionary stores for member (+1, taking over member's
+  // reference): the member itself, or for an empty one what the dictionary
+  // stores for an empty handle: an empty string, array or dictionary for
+  // those kinds, NSNull for the rest.
   static id StoredMember(id member, RVJsonKind kind) {
+    bool empty = member == nil || (kind == kRVJsonString && [member length] == 0);
+    if (!empty) return member;
+    [member release];
     switch (kind) {
       case kRVJsonString:
-        return [member length] != 0 ? member : [NSString string];
+        return [[NSString string] retain];
       case kRVJsonArray:
-        return member != nil ? member : [NSArray array];
+        return [[NSArray array] retain];
       case kRVJsonObject:
-        return member != nil ? member : [NSDictionary dictionary];
+        return [[NSDictionary dictionary] retain];
       default:
-        return member != nil ? member : [NSNull null];
+        return [[NSNull null] retain];
     }
   }
 
