@@ -69,6 +69,33 @@ static void BM_RVStringMakeCompare(benchmark::State& state) {
 }
 BENCHMARK(BM_RVStringMakeCompare);
 
+// Joining two strings made the way handles make theirs. Each iteration
+// drains a pool, so both sides pay for freeing what they made.
+static void BM_RawStringByAppending(benchmark::State& state) {
+  RVString left("a settings value "), right("of a usual length");
+  NSString* leftText = left.Ref();
+  NSString* rightText = right.Ref();
+  for (auto _ : state) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    benchmark::DoNotOptimize([leftText stringByAppendingString:rightText]);
+    [pool drain];
+  }
+}
+BENCHMARK(BM_RawStringByAppending);
+
+static void BM_RVStringPlus(benchmark::State& state) {
+  RVString left("a settings value "), right("of a usual length");
+  for (auto _ : state) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    {
+      RVString joined = left + right;
+      benchmark::DoNotOptimize(joined.Ref());
+    }
+    [pool drain];
+  }
+}
+BENCHMARK(BM_RVStringPlus);
+
 // A handle copy costs what a retain and a release cost.
 ROVANI_BENCH_RATIO("RVString copy+destroy vs retain+release", "BM_HandleCopyDestroy",
                    "BM_RawRetainRelease", 1.1);
@@ -78,3 +105,5 @@ ROVANI_BENCH_RATIO("IsTypeOfClass vs isKindOfClass:", "BM_IsTypeOfClass", "BM_Ra
                    3.0);
 ROVANI_BENCH_RATIO("RVString make+compare vs NSString", "BM_RVStringMakeCompare",
                    "BM_RawNSStringMakeCompare", 0);
+ROVANI_BENCH_RATIO("RVString + vs stringByAppendingString:", "BM_RVStringPlus",
+                   "BM_RawStringByAppending", 1.2);

@@ -134,6 +134,22 @@ static void BM_DataContainingUTF8CString(benchmark::State& state) {
 }
 BENCHMARK(BM_DataContainingUTF8CString);
 
+// Whether a number is a real: the handle against one look at its type code.
+static void BM_RawObjCTypeLook(benchmark::State& state) {
+  NSNumber* number = [NSNumber numberWithDouble:2.5];
+  for (auto _ : state) {
+    const char* type = [number objCType];
+    benchmark::DoNotOptimize(type[0] == 'd' || type[0] == 'f');
+  }
+}
+BENCHMARK(BM_RawObjCTypeLook);
+
+static void BM_RVNumberIsFloatType(benchmark::State& state) {
+  RVNumber number(2.5);
+  for (auto _ : state) benchmark::DoNotOptimize(number.IsFloatType());
+}
+BENCHMARK(BM_RVNumberIsFloatType);
+
 ROVANI_BENCH_RATIO("RVNumber make+read vs NSNumber", "BM_RVNumberMakeRead",
                    "BM_RawNSNumberMakeRead", 0);
 ROVANI_BENCH_RATIO("RVData make+length vs NSData", "BM_RVDataMakeLength",
@@ -145,3 +161,5 @@ ROVANI_BENCH_RATIO("RVData(RVString) vs dataUsingEncoding:", "BM_RVDataFromStrin
 // The C-string form needs room for its zero: one more buffer and copy.
 ROVANI_BENCH_RATIO("DataContainingUTF8CString vs dataUsingEncoding:",
                    "BM_DataContainingUTF8CString", "BM_RawDataUsingEncoding", 2.0);
+ROVANI_BENCH_RATIO("RVNumber IsFloatType vs objCType", "BM_RVNumberIsFloatType",
+                   "BM_RawObjCTypeLook", 2.0);

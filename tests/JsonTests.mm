@@ -5,8 +5,11 @@
 #include <json/value.h>
 #include <json/writer.h>
 
+#include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include <Rovani/Rovani.h>
@@ -147,6 +150,12 @@ TEST(JsonTranslator, EncodesEachKindAsTheStyledWriterPrintsIt) {
             "{\n   \"b\" : 7,\n   \"list\" : " + line + ",\n   \"nothing\" : null\n}\n");
 
   EXPECT_EQ(Text(translator.Encode(RVArray())), "[]\n");
+  // Inside a tree every object is written as the factory's handle for it:
+  // mutable collections as collections, the platform's booleans as numbers.
+  NSArray* mixed = @[[NSMutableArray arrayWithObject:[NSNumber numberWithBool:YES]],
+                     [NSMutableDictionary dictionaryWithObject:BoolToRVId(true) forKey:@"t"]];
+  EXPECT_EQ(Text(translator.Encode(RVArray(mixed))),
+            "[\n   [ 1 ],\n   {\n      \"t\" : true\n   }\n]\n");
   EXPECT_EQ(Text(translator.Encode(RVObject())), "null\n");
   // The root's own handle class decides: a plain handle is null, whatever it holds.
   EXPECT_EQ(Text(translator.Encode(RVObject(dictionary.Ref()))), "null\n");
@@ -154,6 +163,62 @@ TEST(JsonTranslator, EncodesEachKindAsTheStyledWriterPrintsIt) {
   std::unique_ptr<Json::Value> value(static_cast<Json::Value*>(translator.EncodeNext(RVBool(false))));
   ASSERT_TRUE(value != nullptr);
   EXPECT_TRUE(value->isBool() && !value->asBool());
+}
+
+// 64-bit FNV-1a: enough to tell one encoded text from another.
+uint64_t Fingerprint(const std::string& text) {
+  uint64_t hash = 14695981039346656037ull;
+  for (unsigned char c : text) hash = (hash ^ c) * 1099511628211ull;
+  return hash;
+}
+
+// The benchmark documents (bench/data, beside this folder) parse and encode
+// to exactly the text the translator has always printed for them.
+TEST(JsonTranslator, BenchmarkDocumentsEncodeToTheirKnownText) {
+  struct Known {
+    const char* name;
+    size_t length;
+    uint64_t fingerprint;
+  };
+  const Known known[] = {{"twitter.json", 796876, 0xd087d8c2efcc241full},
+                         {"citm_catalog.json", 1448304, 0x288694c658878becull},
+                         {"canada.json", 3488919, 0x6c76875ae00c84aeull},
+                         {"settings.json", 2012144, 0x6465abb7664ea96cull}};
+  std::string data = __FILE__;
+  data = data.substr(0, data.rfind('/')) + "/../bench/data/";
+  RVJsonTranslator translator;
+  for (const Known& document : known) {
+    SCOPED_TRACE(document.name);
+    std::ifstream file(data + document.name, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    std::unique_ptr<RVObject> tree(translator.Parse(RVString(DataFromText(bytes.str()))));
+    ASSERT_TRUE(tree != nullptr);
+    std::string text = Text(translator.Encode(*tree));
+    EXPECT_EQ(text.size(), document.length);
+    EXPECT_EQ(Fingerprint(text), document.fingerprint);
+  }
+}
+
+// Text beyond ASCII, as keys and as values: a pair, a lone surrogate (left
+// out), a leading byte-order mark, control characters, a NUL (ends it).
+TEST(JsonTranslator, EncodesAwkwardTextAsBefore) {
+  NSArray* texts = @[@"caf\u00e9", @"\U0001F600!", @"\uFEFFmark", @"tab\there\u0001",
+                     [NSString stringWithFormat:@"a%Cb", (unichar)0xD800],
+                     [NSString stringWithFormat:@"n%C%C", (unichar)0, (unichar)0xD800]];
+  NSMutableDictionary* keyed = [NSMutableDictionary dictionary];
+  for (NSString* text in texts) [keyed setObject:@1 forKey:text];
+  RVJsonTranslator translator;
+  const std::string each[] = {R"("caf\u00e9")", R"("\ud83d\ude00!")", R"("\ufeffmark")",
+                              R"("tab\there\u0001")", R"("ab")", R"("n")"};
+  std::string list = "[\n";
+  for (const std::string& text : each) list += "   " + text + (text == each[5] ? "\n" : ",\n");
+  EXPECT_EQ(Text(translator.Encode(RVArray(texts))), list + "]\n");
+  const int sorted[] = {4, 0, 5, 3, 2, 1};
+  std::string object = "{\n";
+  for (int i : sorted) object += "   " + each[i] + (i == 1 ? " : 1\n" : " : 1,\n");
+  EXPECT_EQ(Text(translator.Encode(RVDictionary(static_cast<NSDictionary*>(keyed)))),
+            object + "}\n");
 }
 
 TEST(JsonTranslator, EncodingADictionaryStopsAtAnEmptyKey) {

@@ -19,6 +19,8 @@ TEST(Number, ConversionsAndTheBooleanReadingOfSignedChar) {
   EXPECT_TRUE(RVNumber(2.5).IsFloatType());
   EXPECT_TRUE(RVNumber(1.5f).IsFloatType());
   EXPECT_FALSE(RVNumber(2).IsFloatType());
+  EXPECT_FALSE(RVNumber(true).IsFloatType());
+  EXPECT_FALSE(RVNumber('d').IsFloatType());
   EXPECT_FALSE(RVNumber().IsFloatType());
   EXPECT_EQ(RVNumber(1.5).TypeOfNumber(), 0);
 

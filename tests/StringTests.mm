@@ -12,6 +12,21 @@
 static const RVString gDefaultAtLoad;
 static const RVId gEmptyLiteralAtLoad = kgRVInternalEmptyString.Ref();
 
+// A string whose description is not its text.
+@interface RVDescribedString : NSString
+@end
+@implementation RVDescribedString
+- (NSUInteger)length {
+  return 3;
+}
+- (unichar)characterAtIndex:(NSUInteger)index {
+  return "abc"[index];
+}
+- (NSString*)description {
+  return @"described";
+}
+@end
+
 namespace {
 
 TEST(String, LibraryStringsExistFromLoad) {
@@ -152,6 +167,37 @@ TEST(String, ConcatenationRendersTheRightSideAsAnObject) {
   EXPECT_EQ(Text("pre" + RVString("fix")), "prefix");
   EXPECT_EQ(Text(@"ns" + RVString("string")), "nsstring");
   EXPECT_EQ(Text((CFStringRef) @"cf" + RVString("string")), "cfstring");
+
+  // Whatever the operands, the text is what "%@%@" formats from a copy of
+  // the left and the right: format characters stay as they are, nil renders
+  // as the platform renders it, other objects (and strings with a
+  // description of their own) by their description, awkward characters
+  // unchanged.
+  NSString* lone = [NSString stringWithFormat:@"a%Cb", (unichar)0xD800];
+  NSString* long_ = [@"" stringByPaddingToLength:5000 withString:@"xy\u00e9" startingAtIndex:0];
+  NSMutableString* mutable_ = [NSMutableString stringWithString:@"mut%d"];
+  id operands[] = {@"100%", @"%@%d%", @"\uFEFFbom", @"\U0001F600", @"", lone, long_, mutable_,
+                   [NSString stringWithFormat:@"n%Cul", (unichar)0],
+                   [[[RVDescribedString alloc] init] autorelease], [NSNumber numberWithInt:5], nil};
+  for (id a : operands) {
+    for (id b : operands) {
+      if (a != nil && ![a isKindOfClass:[NSString class]]) continue;  // refused by initWithString:
+      NSString* copy = a != nil ? [NSString stringWithString:a] : @"";
+      NSString* expected = [NSString stringWithFormat:@"%@%@", copy, b];
+      RVString joined = RVString(static_cast<RVId>(a)) + RVString(static_cast<RVId>(b));
+      EXPECT_TRUE([joined.Ref() isEqualToString:expected]) << Text(joined);
+      EXPECT_EQ([joined.Ref() length], [expected length]);
+    }
+  }
+  // The left side is released before the right side is read.
+  RVString itself("ab");
+  itself += itself;
+  EXPECT_EQ(Text(itself), "ab(null)");
+
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVString owned = RVString("a") + RVString("b");
+  [pool drain];
+  EXPECT_EQ(owned.RetainCount(), 1u);
 }
 
 }  // namespace

@@ -1,19 +1,23 @@
 #import <Foundation/Foundation.h>
+#include <objc/runtime.h>
 
 #include <cstring>
 #include <deque>
 #include <string>
+#include <string_view>
+#include <typeinfo>
+#include <unordered_map>
 #include <vector>
 
 #include <Rovani/RVArray.h>
 #include <Rovani/RVBool.h>
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
-#include <Rovani/RVEnumerator.h>
 #include <Rovani/RVJsonTranslator.h>
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVUtilities.h>
 
+#include "Platform/RVHandleTable.h"
 #include "Platform/RVJsonValue.h"
 #include "Platform/RVScalars.h"
 
@@ -46,70 +50,183 @@ const RVString& BoolType() {
 
 // A string's UTF-8 text up to its first NUL, as its DataContainingUTF8CString
 // read as a C string gives it (lossy, so never failing).
-std::string Utf8CText(const RVString& string) {
-  if (string.IsEmpty()) return std::string();
-  NSData* bytes = [string.Ref() dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+std::string LossyUtf8CText(NSString* string) {
+  if ([string length] == 0) return std::string();
+  NSData* bytes = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
   const char* text = static_cast<const char*>([bytes bytes]);
   if (text == nullptr) return std::string();
   return std::string(text, strnlen(text, [bytes length]));
 }
 
-void EncodeInto(void* slot, const RVObject& node);
+// What a node of the tree is written as.
+enum NodeKind : unsigned char {
+  kNodeNull,
+  kNodeArray,
+  kNodeDictionary,
+  kNodeNumber,
+  kNodeString,
+  kNodeBool
+};
 
-void EncodeArray(void* slot, NSArray* array) {
-  RVJsonSetArray(slot);
-  int count = static_cast<int>([array count]);
-  for (int i = 0; i < count; ++i) {
-    RVObject* element = RVObject::Create([array objectAtIndex:i]);
-    if (element == nullptr) break;
-    EncodeInto(RVJsonAppendSlot(slot), *element);
-    delete element;
+// Walks a Foundation tree into a jsoncpp value. Every node is written as the
+// handle the factory would make for it: an object's kind is that handle's
+// class, decided once per Foundation class and kept. Text is converted into
+// buffers that live as long as the walk.
+class TreeWriter {
+ public:
+  TreeWriter() : cache_() {}
+
+  // The root is written by its handle's own class, whatever it holds.
+  void WriteRoot(void* slot, const RVObject& node) {
+    if (node.IsTypeOfClass(ArrayType()))
+      Write(slot, node.Ref(), kNodeArray);
+    else if (node.IsTypeOfClass(DictionaryType()))
+      Write(slot, node.Ref(), kNodeDictionary);
+    else if (node.IsTypeOfClass(NumberType()))
+      Write(slot, node.Ref(), kNodeNumber);
+    else if (node.IsTypeOfClass(StringType()))
+      Write(slot, node.Ref(), kNodeString);
+    else if (node.IsTypeOfClass(BoolType()))
+      Write(slot, node.Ref(), kNodeBool);
+    else
+      Write(slot, node.Ref(), kNodeNull);
   }
-}
 
-// The walk ends at the first empty key: an empty string used as a key hides
-// itself and every key the enumerator would give after it.
-void EncodeDictionary(void* slot, const RVDictionary& dictionary) {
-  RVJsonSetObject(slot);
-  if (dictionary.Count() == 0) return;
-  RVEnumerator keys = dictionary.KeyEnumerator();
-  for (RVString key = keys.NextStringObject(); !key.IsEmpty(); key = keys.NextStringObject()) {
-    RVObject* value = dictionary.ValueForKey(key);
-    if (value == nullptr) break;
-    // Keys are cut at their first NUL: a later key with the same text
-    // replaces the member.
-    EncodeInto(RVJsonMemberSlot(slot, Utf8CText(key).c_str()), *value);
-    delete value;
+ private:
+  void Write(void* slot, id object, NodeKind kind) {
+    if (slot == nullptr) return;
+    switch (kind) {
+      case kNodeArray:
+        WriteArray(slot, object);
+        break;
+      case kNodeDictionary:
+        WriteDictionary(slot, object);
+        break;
+      case kNodeNumber:
+        WriteNumber(slot, object);
+        break;
+      case kNodeString:
+        RVJsonSetString(slot, Utf8CText(object));
+        break;
+      case kNodeBool:
+        RVJsonSetBool(slot, [object boolValue] ? true : false);
+        break;
+      default:
+        RVJsonSetNull(slot);
+        break;
+    }
   }
-}
 
-// Numbers made from float or double are reals; every other number goes
-// through the 32-bit int conversion, whatever it holds.
-void EncodeNumber(void* slot, NSNumber* number) {
-  const char* type = [number objCType];
-  bool isFloat = type != nullptr && (strcmp(type, "d") == 0 || strcmp(type, "f") == 0);
-  if (isFloat)
-    RVJsonSetReal(slot, RVDoubleValue(number));
-  else
-    RVJsonSetInt(slot, [number intValue]);
-}
-
-void EncodeInto(void* slot, const RVObject& node) {
-  if (slot == nullptr) return;
-  if (node.IsTypeOfClass(ArrayType())) {
-    EncodeArray(slot, node.Ref());
-  } else if (node.IsTypeOfClass(DictionaryType())) {
-    EncodeDictionary(slot, RVDictionary(static_cast<NSDictionary*>(node.Ref())));
-  } else if (node.IsTypeOfClass(NumberType())) {
-    EncodeNumber(slot, node.Ref());
-  } else if (node.IsTypeOfClass(StringType())) {
-    RVJsonSetString(slot, Utf8CText(RVString(static_cast<NSString*>(node.Ref()))).c_str());
-  } else if (node.IsTypeOfClass(BoolType())) {
-    RVJsonSetBool(slot, [node.Ref() boolValue] ? true : false);
-  } else {
-    RVJsonSetNull(slot);
+  void WriteArray(void* slot, NSArray* array) {
+    RVJsonSetArray(slot);
+    int count = static_cast<int>([array count]);
+    for (int i = 0; i < count; ++i) {
+      id element = [array objectAtIndex:i];
+      Write(RVJsonAppendSlot(slot), element, KindOf(element));
+    }
   }
-}
+
+  // The walk ends at the first empty key: an empty string used as a key hides
+  // itself and every key the enumerator would give after it.
+  void WriteDictionary(void* slot, NSDictionary* dictionary) {
+    RVJsonSetObject(slot);
+    if ([dictionary count] == 0) return;
+    NSEnumerator* keys = [dictionary keyEnumerator];
+    for (id key = [keys nextObject]; [key length] != 0; key = [keys nextObject]) {
+      id value = [dictionary objectForKey:key];
+      if (value == nil) break;
+      // Keys are cut at their first NUL: a later key with the same text
+      // replaces the member.
+      Write(RVJsonMemberSlot(slot, Utf8CText(key)), value, KindOf(value));
+    }
+  }
+
+  // Numbers made from float or double are reals; every other number goes
+  // through the 32-bit int conversion, whatever it holds.
+  static void WriteNumber(void* slot, NSNumber* number) {
+    const char* type = [number objCType];
+    bool isFloat = type != nullptr && (type[0] == 'd' || type[0] == 'f') && type[1] == '\0';
+    if (isFloat)
+      RVJsonSetReal(slot, RVDoubleValue(number));
+    else
+      RVJsonSetInt(slot, [number intValue]);
+  }
+
+  // The string's UTF-8 text up to its first NUL, in a buffer reused by the
+  // next call. Text the converter cannot take whole (a lone surrogate) goes
+  // the lossy platform route, which drops what it cannot convert.
+  const char* Utf8CText(NSString* string) {
+    NSUInteger length = [string length];
+    text_.clear();
+    if (length == 0) return text_.c_str();
+    if (characters_.size() < length) characters_.resize(length);
+    [string getCharacters:characters_.data() range:NSMakeRange(0, length)];
+    for (NSUInteger i = 0; i < length; ++i) {
+      unsigned int c = characters_[i];
+      if (c == 0) break;
+      if (c < 0x80) {
+        text_.push_back(static_cast<char>(c));
+      } else if (c < 0x800) {
+        text_.push_back(static_cast<char>(0xC0 | (c >> 6)));
+        text_.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      } else if (c < 0xD800 || c > 0xDFFF) {
+        text_.push_back(static_cast<char>(0xE0 | (c >> 12)));
+        text_.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+        text_.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      } else if (c < 0xDC00 && i + 1 < length && characters_[i + 1] >= 0xDC00 &&
+                 characters_[i + 1] <= 0xDFFF) {
+        unsigned int point = 0x10000 + ((c - 0xD800) << 10) + (characters_[++i] - 0xDC00);
+        text_.push_back(static_cast<char>(0xF0 | (point >> 18)));
+        text_.push_back(static_cast<char>(0x80 | ((point >> 12) & 0x3F)));
+        text_.push_back(static_cast<char>(0x80 | ((point >> 6) & 0x3F)));
+        text_.push_back(static_cast<char>(0x80 | (point & 0x3F)));
+      } else {
+        text_ = LossyUtf8CText(string);
+        break;
+      }
+    }
+    return text_.c_str();
+  }
+
+  // The factory's handle class for object, kept per Foundation class.
+  // Proxies answer class tests for their target, which may change: they
+  // are asked each time.
+  NodeKind KindOf(id object) {
+    if (object == nil) return kNodeNull;
+    Class type = object_getClass(object);
+    Entry& entry = cache_[(reinterpret_cast<uintptr_t>(type) >> 4) % kCacheSize];
+    if (entry.type == type) return entry.kind;
+    NodeKind kind = HandleKindOf(object);
+    if (!IsProxyClass(type)) entry = {type, kind};
+    return kind;
+  }
+
+  static NodeKind HandleKindOf(id object) {
+    const std::type_info& handle = RVHandleTypeFor(object);
+    if (handle == typeid(RVArray)) return kNodeArray;
+    if (handle == typeid(RVDictionary)) return kNodeDictionary;
+    if (handle == typeid(RVNumber)) return kNodeNumber;
+    if (handle == typeid(RVString)) return kNodeString;
+    if (handle == typeid(RVBool)) return kNodeBool;
+    return kNodeNull;
+  }
+
+  static bool IsProxyClass(Class type) {
+    static Class proxy = [NSProxy class];
+    for (Class c = type; c != Nil; c = class_getSuperclass(c))
+      if (c == proxy) return true;
+    return false;
+  }
+
+  struct Entry {
+    Class type;
+    NodeKind kind;
+  };
+  static constexpr size_t kCacheSize = 64;
+  Entry cache_[kCacheSize];
+  std::vector<unichar> characters_;
+  std::string text_;
+};
 
 // ---------------------------------------------------------------------------
 // JSON to Foundation objects
@@ -124,6 +241,18 @@ void EncodeInto(void* slot, const RVObject& node) {
 
 class TreeBuilder {
  public:
+  TreeBuilder()
+      : numberClass_([NSNumber class]),
+        stringClass_([NSString class]),
+        arrayClass_([NSArray class]),
+        dictionaryClass_([NSDictionary class]),
+        true_(BoolToRVId(true)),
+        false_(BoolToRVId(false)) {}
+
+  ~TreeBuilder() {
+    for (auto& key : keys_) [key.second release];
+  }
+
   // The object for value (+1), or nil where the handle made for it would hold
   // nothing: null, an empty array or object, a type not handled, text that
   // is not UTF-8.
@@ -134,21 +263,22 @@ class TreeBuilder {
       case kRVJsonNull:
         return nil;
       case kRVJsonInt:
-        return [[NSNumber alloc] initWithInt:static_cast<int>(description.integer)];
+        return [[numberClass_ alloc] initWithInt:static_cast<int>(description.integer)];
       case kRVJsonInt64:
-        return [[NSNumber alloc] initWithLong:static_cast<long>(description.integer)];
+        return [[numberClass_ alloc] initWithLong:static_cast<long>(description.integer)];
       case kRVJsonUInt:
-        return [[NSNumber alloc]
+        return [[numberClass_ alloc]
             initWithUnsignedInt:static_cast<unsigned int>(description.unsignedInteger)];
       case kRVJsonUInt64:
-        return [[NSNumber alloc]
+        return [[numberClass_ alloc]
             initWithUnsignedLong:static_cast<unsigned long>(description.unsignedInteger)];
       case kRVJsonReal:
-        return [[NSNumber alloc] initWithDouble:description.real];
+        return [[numberClass_ alloc] initWithDouble:description.real];
       case kRVJsonString:
-        return [[NSString alloc] initWithCString:description.text encoding:NSUTF8StringEncoding];
+        return [[stringClass_ alloc] initWithCString:description.text
+                                            encoding:NSUTF8StringEncoding];
       case kRVJsonBool:
-        return [BoolToRVId(description.boolean) retain];
+        return [(description.boolean ? true_ : false_) retain];
       case kRVJsonArray:
         return BuildArray(value, depth);
       case kRVJsonObject:
@@ -160,58 +290,67 @@ class TreeBuilder {
   }
 
  private:
-  // Children of the collection being built at each depth; kept to save
-  // allocations (a deque keeps references valid as it grows).
-  std::vector<RVJsonChild>& ChildrenAt(size_t depth) {
-    while (children_.size() <= depth) children_.emplace_back();
-    return children_[depth];
+  // Per depth, the children and the objects made for them of the collection
+  // being built there; kept to save allocations (a deque keeps references
+  // valid as it grows).
+  struct Level {
+    std::vector<RVJsonChild> children;
+    std::vector<id> keys;     // not retained: the builder's own keys hold them
+    std::vector<id> members;  // retained
+  };
+  Level& LevelAt(size_t depth) {
+    while (levels_.size() <= depth) levels_.emplace_back();
+    return levels_[depth];
   }
 
+  static void ReleaseAll(std::vector<id>& objects) {
+    for (id object : objects) [object release];
+    objects.clear();
+  }
+
+  // The array is made once from its elements.
   id BuildArray(const void* value, size_t depth) {
-    std::vector<RVJsonChild>& children = ChildrenAt(depth);
-    RVJsonChildren(value, &children);
-    if (children.empty()) return nil;
-    NSMutableArray* working = [[NSMutableArray alloc] initWithCapacity:children.size()];
+    Level& level = LevelAt(depth);
+    RVJsonChildren(value, &level.children);
+    if (level.children.empty()) return nil;
+    std::vector<id>& elements = level.members;
+    elements.clear();
     @try {
-      for (const RVJsonChild& child : children) {
+      for (const RVJsonChild& child : level.children) {
         RVJsonKind kind;
         id element = Build(child.value, kind, depth + 1);
         // An element that makes nothing (nil) is refused by the platform's
         // array, which raises, as it does for AddObject of an empty handle.
-        [working addObject:element];
-        [element release];
+        if (element == nil) [[NSMutableArray array] addObject:element];
+        elements.push_back(element);
       }
     } @catch (NSException* exception) {
-      [working release];
+      ReleaseAll(elements);
       @throw;
     }
-    id result = [working copy];
-    [working release];
+    id result = [[arrayClass_ alloc] initWithObjects:elements.data() count:elements.size()];
+    ReleaseAll(elements);
     return result;
   }
 
-  // Members are gathered in private buffers and the immutable dictionary is
-  // made from them once. Equal keys (names equal up to a NUL) keep the later
-  // member, as setting them one by one does; copying a filled mutable
-  // dictionary would hash every key a second time, which costs as much as
-  // the rest of the parse.
+  // The dictionary is made once from its keys and members. Equal keys (names
+  // equal up to a NUL) keep the later member, as setting them one by one
+  // does.
   id BuildDictionary(const void* value, size_t depth) {
-    std::vector<RVJsonChild>& children = ChildrenAt(depth);
-    RVJsonChildren(value, &children);
-    if (children.empty()) return nil;
-    std::vector<id>& keys = KeysAt(depth);
-    std::vector<id>& members = MembersAt(depth);
+    Level& level = LevelAt(depth);
+    RVJsonChildren(value, &level.children);
+    if (level.children.empty()) return nil;
+    std::vector<id>& keys = level.keys;
+    std::vector<id>& members = level.members;
     keys.clear();
     members.clear();
     @try {
-      for (const RVJsonChild& child : children) {
-        NSString* key = [[NSString alloc] initWithCString:child.name
-                                                 encoding:NSUTF8StringEncoding];
+      for (const RVJsonChild& child : level.children) {
+        NSString* key = Key(child.name);
         if (key != nil) keys.push_back(key);
         RVJsonKind kind;
         id member = Build(child.value, kind, depth + 1);
-        id stored = [StoredMember(member, kind) retain];
-        [member release];
+        id stored = StoredMember(member, kind);
         members.push_back(stored);
         if (key == nil) {
           // A name that is not UTF-8 makes no key, which the platform's
@@ -222,49 +361,58 @@ class TreeBuilder {
         }
       }
     } @catch (NSException* exception) {
-      for (id key : keys) [key release];
-      for (id member : members) [member release];
       keys.clear();
-      members.clear();
+      ReleaseAll(members);
       @throw;
     }
-    id result = [[NSDictionary alloc] initWithObjects:members.data()
-                                              forKeys:keys.data()
-                                                count:keys.size()];
-    for (id key : keys) [key release];
-    for (id member : members) [member release];
+    id result = [[dictionaryClass_ alloc] initWithObjects:members.data()
+                                                  forKeys:keys.data()
+                                                    count:keys.size()];
     keys.clear();
-    members.clear();
+    ReleaseAll(members);
     return result;
   }
 
-  // Empty members are stored as the dictionary stores empty handles: an
-  // empty string, array or dictionary for those kinds, NSNull for the rest.
+  // One string per distinct name within a parse: documents repeat their
+  // names in every object of a kind. Nil for a name that is not UTF-8.
+  NSString* Key(const char* name) {
+    std::string_view text(name);
+    auto found = keys_.find(text);
+    if (found != keys_.end()) return found->second;
+    NSString* key = [[stringClass_ alloc] initWithCString:name encoding:NSUTF8StringEncoding];
+    if (key != nil) keys_.emplace(text, key);
+    return key;
+  }
+
+  // What the dictionary stores for member (+1, taking over member's
+  // reference): the member itself, or for an empty one what the dictionary
+  // stores for an empty handle: an empty string, array or dictionary for
+  // those kinds, NSNull for the rest.
   static id StoredMember(id member, RVJsonKind kind) {
+    bool empty = member == nil || (kind == kRVJsonString && [member length] == 0);
+    if (!empty) return member;
+    [member release];
     switch (kind) {
       case kRVJsonString:
-        return [member length] != 0 ? member : [NSString string];
+        return [[NSString string] retain];
       case kRVJsonArray:
-        return member != nil ? member : [NSArray array];
+        return [[NSArray array] retain];
       case kRVJsonObject:
-        return member != nil ? member : [NSDictionary dictionary];
+        return [[NSDictionary dictionary] retain];
       default:
-        return member != nil ? member : [NSNull null];
+        return [[NSNull null] retain];
     }
   }
 
-  std::vector<id>& KeysAt(size_t depth) {
-    while (keys_.size() <= depth) keys_.emplace_back();
-    return keys_[depth];
-  }
-  std::vector<id>& MembersAt(size_t depth) {
-    while (members_.size() <= depth) members_.emplace_back();
-    return members_[depth];
-  }
-
-  std::deque<std::vector<RVJsonChild>> children_;
-  std::deque<std::vector<id>> keys_;
-  std::deque<std::vector<id>> members_;
+  Class numberClass_;
+  Class stringClass_;
+  Class arrayClass_;
+  Class dictionaryClass_;
+  id true_;
+  id false_;
+  std::deque<Level> levels_;
+  // Names point into the value tree, which outlives the builder.
+  std::unordered_map<std::string_view, NSString*> keys_;
 };
 
 // The handle ParseNext makes for each kind of value.
@@ -300,7 +448,7 @@ void* RVJsonTranslator::EncodeNext(const RVObject& node) const {
   if (value == nullptr) return nullptr;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   @try {
-    EncodeInto(value, node);
+    TreeWriter().WriteRoot(value, node);
   } @catch (NSException* exception) {
     // The pool goes with the caller's, which keeps the exception alive.
     RVJsonDelete(value);

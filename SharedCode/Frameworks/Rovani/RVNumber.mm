@@ -80,11 +80,10 @@ bool RVNumber::operator!=(RVBool value) const {
 
 int RVNumber::TypeOfNumber() const { return 0; }
 
+// Only the one-letter codes of double and float count; nil has no code.
 bool RVNumber::IsFloatType() const {
   const char* code = [Ref() objCType];
-  RVString type(code);
-  if (type.IsEmpty()) return false;
-  return type == "d" || type == "f";
+  return code != nullptr && (code[0] == 'd' || code[0] == 'f') && code[1] == '\0';
 }
 
 RVString RVNumber::ToString() const { return RVString(static_cast<RVId>([Ref() description])); }

@@ -1,8 +1,11 @@
 #import <Foundation/Foundation.h>
+#include <objc/runtime.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include <Rovani/RVString.h>
 #include <Rovani/RVArray.h>
@@ -26,6 +29,8 @@
 // message to either is sent after load.
 struct RVConstantString {
   static RVString Make(RVId literal) { return RVString(literal, RVString::ConstantObject()); }
+  // A handle that takes over the caller's reference to made (+1).
+  static RVString Adopt(NSString* made) { return RVString(made, RVString::ConstantObject()); }
 };
 
 const RVString kgRVInternalEmptyString = RVConstantString::Make(@"");
@@ -320,11 +325,81 @@ RVString RVString::StringWithCStringUsingEncoding(const unsigned char* bytes, un
 // ---------------------------------------------------------------------------
 // Concatenation
 
+namespace {
+
+// Whether "%@" renders object as its own characters: a string whose class
+// keeps NSString's own descriptions (the string itself). The answer depends
+// on the class alone; classes found so are kept (a handful: the platform's
+// concrete string classes).
+bool RendersAsItself(id object) {
+  static std::atomic<const void*> known[8];
+  Class type = object_getClass(object);
+  for (std::atomic<const void*>& slot : known) {
+    const void* seen = slot.load(std::memory_order_relaxed);
+    if (seen == reinterpret_cast<const void*>(type)) return true;
+    if (seen == nullptr) break;
+  }
+  static Class stringClass = [NSString class];
+  static IMP description = class_getMethodImplementation(stringClass, @selector(description));
+  static IMP localeDescription =
+      class_getMethodImplementation(stringClass, @selector(descriptionWithLocale:));
+  bool isString = false;
+  for (Class c = type; c != Nil && !isString; c = class_getSuperclass(c))
+    isString = c == stringClass;
+  if (!isString || class_getMethodImplementation(type, @selector(description)) != description ||
+      class_getMethodImplementation(type, @selector(descriptionWithLocale:)) != localeDescription)
+    return false;
+  for (std::atomic<const void*>& slot : known) {
+    const void* empty = nullptr;
+    if (slot.compare_exchange_strong(empty, reinterpret_cast<const void*>(type)) ||
+        empty == reinterpret_cast<const void*>(type))
+      break;
+  }
+  return true;
+}
+
+// "%@%@" of a copy of left (or "" for nil) and right, made directly from the
+// two strings' characters (+1); nil where that route would not give the same
+// text: an operand that does not render as itself, a nil right side, a
+// leading byte-order mark (which making a string from characters drops), a
+// lone surrogate (which it refuses).
+NSString* NewDirectJoin(NSString* left, NSString* right) {
+  if (right == nil || (left != nil && !RendersAsItself(left)) || !RendersAsItself(right))
+    return nil;
+  NSUInteger leftLength = [left length];
+  NSUInteger rightLength = [right length];
+  NSUInteger length = leftLength + rightLength;
+  unichar local[256];
+  std::vector<unichar> heap;
+  unichar* characters = local;
+  if (length > sizeof local / sizeof local[0]) {
+    heap.resize(length);
+    characters = heap.data();
+  }
+  [left getCharacters:characters range:NSMakeRange(0, leftLength)];
+  [right getCharacters:characters + leftLength range:NSMakeRange(0, rightLength)];
+  if (length > 0 && characters[0] == 0xFEFF) return nil;
+  static Class stringClass = [NSString class];
+  return [[stringClass alloc] initWithCharacters:characters length:length];
+}
+
+}  // namespace
+
+// The text is what the format "%@%@" makes from a copy of this string (or ""
+// for nil) and the other's object once this one is released; strings that
+// render as themselves are joined without formatting. Appending a string to
+// itself therefore appends what nil renders as, and takes the formatted route.
 RVString& RVString::operator+=(const RVString& other) {
-  NSString* left = Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
-  Release();
-  NSString* joined = [[NSString alloc] initWithFormat:@"%@%@", left, other.Ref()];
-  [left release];
+  NSString* joined = &other != this ? NewDirectJoin(Ref(), other.Ref()) : nil;
+  if (joined == nil) {
+    NSString* left =
+        Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
+    Release();
+    joined = [[NSString alloc] initWithFormat:@"%@%@", left, other.Ref()];
+    [left release];
+  } else {
+    Release();
+  }
   RVObject::operator=(joined);
   [joined release];
   return *this;
@@ -336,15 +411,24 @@ RVString& RVString::operator+=(const unsigned char* other) { return operator+=(R
 RVString& RVString::operator+=(const wchar_t* other) { return operator+=(RVString(other)); }
 
 namespace {
+// A copy of the left side with the right side appended; both made strings
+// first, left before right.
+RVString Join(const RVString& left, const RVString& right) {
+  NSString* joined = NewDirectJoin(left.Ref(), right.Ref());
+  if (joined != nil) return RVConstantString::Adopt(joined);
+  RVString result(left);
+  result += right;
+  return result;
+}
+
 template <typename Left, typename Right>
 RVString Concatenate(Left left, Right right) {
-  RVString result(left);
-  result += RVString(right);
-  return result;
+  RVString leftString(left);
+  return Join(leftString, RVString(right));
 }
 }  // namespace
 
-RVString operator+(const RVString& l, const RVString& r) { return Concatenate(l, r); }
+RVString operator+(const RVString& l, const RVString& r) { return Join(l, r); }
 RVString operator+(const RVString& l, CFStringRef r) { return Concatenate(l, r); }
 RVString operator+(CFStringRef l, const RVString& r) { return Concatenate(l, r); }
 RVString operator+(const RVString& l, RVId r) { return Concatenate(l, r); }
