@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs the library into a staging prefix, then builds and runs a small
 # downstream program against it twice: with find_package(Rovani) and with
-# pkg-config. Neither build names GNUstep or the C++ standard itself.
+# pkg-config. Neither build names GNUstep or the C++ standard itself. Also
+# checks what the installation holds and what the library exports.
 set -euo pipefail
 build_dir=$1
 source_dir=$2
@@ -9,6 +10,19 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build_dir" --prefix "$work/prefix" > /dev/null
+test -f "$work/prefix/share/man/man1/rovani.1"
+
+# The library exports its interface and nothing the compilers add on their
+# own: no standard-library template instances, no selector strings or
+# class-reference caches. Callers still find what they must: the class
+# BoolNumber, and the type information that catches RVError* and RVString*.
+exports=$(nm -D --defined-only "$(find "$work/prefix" -name 'librovani.so.*.*.*')" | awk '{print $3}')
+stray=$(grep -E '^(_ZNSt|_ZSt|_ZN9__gnu_cxx|_ZZNSt|\.objc_sel_name|__objc_class_ref|__objc_class_name_RVUUID)' <<< "$exports" || true)
+if [ -n "$stray" ]; then echo "the library exports names outside its interface:"; echo "$stray" | head; exit 1; fi
+for wanted in _OBJC_CLASS_BoolNumber __objc_class_name_BoolNumber _ZTIP7RVError _ZTIP8RVString \
+              _ZplRK8RVStringPKc kNullStringBuffer; do
+  grep -qxF "$wanted" <<< "$exports" || { echo "the library does not export $wanted"; exit 1; }
+done
 
 cmake -S "$source_dir/downstream" -B "$work/cmake-build" -DCMAKE_PREFIX_PATH="$work/prefix" \
       -DCMAKE_CXX_COMPILER=g++ > /dev/null

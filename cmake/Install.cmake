@@ -1,6 +1,7 @@
-# The library as an installable package: a CMake package configuration with
-# the imported target Rovani::rovani, a pkg-config file, and a Debian
-# package made by CPack whose dependencies are computed from the binaries.
+# What an installation holds besides the library, its headers and the
+# program: a CMake package configuration with the imported target
+# Rovani::rovani, a pkg-config file and the program's manual page. The
+# Debian packages (debian/) are made from this installation.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -25,14 +26,4 @@ string(REGEX REPLACE "/$" "" ROVANI_PC_TO_PREFIX "${ROVANI_PC_TO_PREFIX}")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/rovani.pc.in ${PROJECT_BINARY_DIR}/rovani.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/rovani.pc DESTINATION ${ROVANI_PC_DIR})
 
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME rovani)
-set(CPACK_PACKAGE_VENDOR "Rovani")
-set(CPACK_PACKAGE_CONTACT "Rovani developers <rovani@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_STRIP_FILES ON)
-include(CPack)
+install(FILES ${PROJECT_SOURCE_DIR}/tools/rovani/rovani.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
