@@ -5,7 +5,7 @@
 //   keys <first> <count>   sets key<i> = "value<i>" in the all-users store
 //                          for i in [first, first + count), synchronising
 //                          after each; exits 1 if any Synchronize fails
-//   write <key> <value>    sets key in both stores, synchronises
+//   write <key> <value>    sets key in the current user's store
 //   remove <key>           removes key from the current user's store
 //   read <key>             prints the string value of key, or "<none>"
 //   put user|all           stores the values of ExactValues in one store
@@ -125,15 +125,10 @@ int main(int argc, char** argv) {
     }
     return ok ? 0 : 1;
   }
-  if (command == "write" && argc == 4) {
-    RVString value(argv[3]);
-    allUsers.SetObjectForKey(value, RVString(argv[2]));
-    RVUserDefaults::StandardUserDefaults().SetObjectForKey(value,
-                                                           RVString(argv[2]) + ".standard");
-    return allUsers.Synchronize() ? 0 : 1;
-  }
-  if (command == "remove" && argc == 3) {
-    RVUserDefaults::StandardUserDefaults().SetObjectForKey(RVObject(), RVString(argv[2]));
+  if ((command == "write" && argc == 4) || (command == "remove" && argc == 3)) {
+    RVUserDefaults standard = RVUserDefaults::StandardUserDefaults();
+    if (argc == 4) standard.SetObjectForKey(RVString(argv[3]), RVString(argv[2]));
+    else standard.SetObjectForKey(RVObject(), RVString(argv[2]));
     return 0;
   }
   if ((command == "put" || command == "check") && argc == 3) {
