@@ -60,39 +60,6 @@ static void BM_RawNSDataMakeLength(benchmark::State& state) {
 }
 BENCHMARK(BM_RawNSDataMakeLength);
 
-static void BM_RVDataAppendData(benchmark::State& state) {
-  RVData tail = RVData::DataWithBytes("0123456789abcdef", 16);
-  RVData data = RVData::DataWithBytes("head", 4);
-  for (auto _ : state) {
-    data.AppendData(tail);
-    if (data.Length() > 4096) data.InitWithBytes("head", 4);
-    benchmark::DoNotOptimize(data.Ref());
-  }
-}
-BENCHMARK(BM_RVDataAppendData);
-
-// The same change with the copies the handle makes: a mutable copy of the
-// held bytes, the append, and an immutable copy of the result.
-static void BM_RawNSMutableDataAppend(benchmark::State& state) {
-  NSData* tail = [[NSData alloc] initWithBytes:"0123456789abcdef" length:16];
-  NSData* data = [[NSData alloc] initWithBytes:"head" length:4];
-  for (auto _ : state) {
-    NSMutableData* working = [[NSMutableData alloc] initWithData:data];
-    [working appendData:tail];
-    [data release];
-    data = [working copy];
-    [working release];
-    if ([data length] > 4096) {
-      [data release];
-      data = [[NSData alloc] initWithBytes:"head" length:4];
-    }
-    benchmark::DoNotOptimize(data);
-  }
-  [data release];
-  [tail release];
-}
-BENCHMARK(BM_RawNSMutableDataAppend);
-
 // Strings to bytes: the handles against one dataUsingEncoding: call on a
 // string made the way the handle makes its own (a literal converts faster).
 // Each iteration drains a pool, so every side pays for freeing what it made.
@@ -154,8 +121,6 @@ ROVANI_BENCH_RATIO("RVNumber make+read vs NSNumber", "BM_RVNumberMakeRead",
                    "BM_RawNSNumberMakeRead", 0);
 ROVANI_BENCH_RATIO("RVData make+length vs NSData", "BM_RVDataMakeLength",
                    "BM_RawNSDataMakeLength", 0);
-ROVANI_BENCH_RATIO("RVData AppendData vs NSMutableData", "BM_RVDataAppendData",
-                   "BM_RawNSMutableDataAppend", 0);
 ROVANI_BENCH_RATIO("RVData(RVString) vs dataUsingEncoding:", "BM_RVDataFromString",
                    "BM_RawDataUsingEncoding", 1.5);
 // The C-string form needs room for its zero: one more buffer and copy.
