@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "FuzzSupport.h"
-#include "Platform/RVPropertyList.h"
-#include "Platform/RVXMLPropertyListWriter.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
 namespace {
 

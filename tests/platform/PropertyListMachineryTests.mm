@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/RVPropertyList.h"
-#include "Platform/RVXMLPropertyListWriter.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
 // Subclasses of the class clusters, as private collection and string
 // classes are: written like the platform's own.

@@ -4,7 +4,7 @@
 
 #include <Rovani/Base64Encoding.h>
 
-#include "Platform/RVBase64Alphabet.h"
+#include "Platform/Text/RVBase64Alphabet.h"
 
 Base64Encoding::Base64Encoding() {}
 

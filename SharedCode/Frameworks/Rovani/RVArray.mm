@@ -11,8 +11,8 @@
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVValue.h>
 
-#include "Platform/RVChangedCopy.h"
-#include "Platform/RVClassType.h"
+#include "Platform/Collections/RVChangedCopy.h"
+#include "Platform/Runtime/RVClassType.h"
 
 
 RVArray::RVArray() : RVObject() {}

@@ -2,7 +2,7 @@
 
 #include <Rovani/RVBool.h>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 RVId trueBoolNumberConst = nil;
 RVId falseBoolNumberConst = nil;

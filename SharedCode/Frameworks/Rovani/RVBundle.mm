@@ -3,7 +3,7 @@
 #include <Rovani/RVBundle.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <Rovani/RVData.h>
 #include <Rovani/RVDictionary.h>
 
-#include "Platform/RVAtomicFile.h"
-#include "Platform/RVChangedCopy.h"
-#include "Platform/RVClassType.h"
-#include "Platform/RVEncoding.h"
-#include "Platform/RVPropertyList.h"
+#include "Platform/Files/RVAtomicFile.h"
+#include "Platform/Collections/RVChangedCopy.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Text/RVEncoding.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
 
 RVData::RVData() : RVObject() {}
 RVData::RVData(const RVData& other) : RVObject(other) {}

@@ -5,8 +5,8 @@
 #include <Rovani/RVDate.h>
 #include <Rovani/RVDateFormatter.h>
 
-#include "Platform/RVCalendar.h"
-#include "Platform/RVClassType.h"
+#include "Platform/CoreFoundation/RVCalendar.h"
+#include "Platform/Runtime/RVClassType.h"
 
 double OneMinuteTimeInterval = 60.0;
 double OneHourTimeInterval = 3600.0;

@@ -10,11 +10,11 @@
 #include <Rovani/RVEnumerator.h>
 #include <Rovani/RVNumber.h>
 
-#include "Platform/RVAtomicFile.h"
-#include "Platform/RVChangedCopy.h"
-#include "Platform/RVClassType.h"
-#include "Platform/RVHandleTable.h"
-#include "Platform/RVPropertyList.h"
+#include "Platform/Files/RVAtomicFile.h"
+#include "Platform/Collections/RVChangedCopy.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Runtime/RVHandleTable.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
 
 namespace {
 

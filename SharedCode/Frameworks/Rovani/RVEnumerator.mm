@@ -3,7 +3,7 @@
 #include <Rovani/RVArray.h>
 #include <Rovani/RVEnumerator.h>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 RVEnumerator::RVEnumerator() : RVObject() {}
 RVEnumerator::RVEnumerator(const RVEnumerator& other) : RVObject(other) {}

@@ -4,7 +4,7 @@
 #include <Rovani/RVDictionary.h>
 #include <Rovani/RVError.h>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 RVError::RVError() : RVObject() {}
 RVError::RVError(const RVError& other) : RVObject(other) {}

@@ -2,7 +2,7 @@
 
 #include <Rovani/RVInternalRef.h>
 
-#include "Platform/RVCoreFoundation.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
 
 // ---------------------------------------------------------------------------
 // Access: the held object, no retain.

@@ -17,9 +17,9 @@
 #include <Rovani/RVNumber.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVHandleTable.h"
-#include "Platform/RVJsonValue.h"
-#include "Platform/RVScalars.h"
+#include "Platform/Runtime/RVHandleTable.h"
+#include "Platform/Json/RVJsonValue.h"
+#include "Platform/Runtime/RVScalars.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <Rovani/RVNumber.h>
 
-#include "Platform/RVClassType.h"
-#include "Platform/RVScalars.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Runtime/RVScalars.h"
 
 namespace {
 // The handle keeps the only reference to a number it makes.

@@ -5,9 +5,9 @@
 #include <Rovani/RVString.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVClassType.h"
-#include "Platform/RVCoreFoundation.h"
-#include "Platform/RVHandleTable.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
+#include "Platform/Runtime/RVHandleTable.h"
 
 static char sNullStringBuffer[1] = {0};
 char* kNullStringBuffer = sNullStringBuffer;

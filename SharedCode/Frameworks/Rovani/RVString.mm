@@ -15,10 +15,10 @@
 #include <Rovani/RVStringCategories.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVCoreFoundation.h"
-#include "Platform/RVClassType.h"
-#include "Platform/RVEncoding.h"
-#include "Platform/RVScalars.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Text/RVEncoding.h"
+#include "Platform/Runtime/RVScalars.h"
 
 // ---------------------------------------------------------------------------
 // Strings that exist from library load.

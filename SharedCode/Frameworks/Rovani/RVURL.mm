@@ -2,7 +2,7 @@
 
 #include <Rovani/RVURL.h>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 RVURL::RVURL() : RVObject() {}
 RVURL::RVURL(const RVURL& other) : RVObject(other) {}

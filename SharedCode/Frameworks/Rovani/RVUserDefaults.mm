@@ -4,8 +4,8 @@
 #include <Rovani/RVBundle.h>
 #include <Rovani/RVUserDefaults.h>
 
-#include "Platform/RVClassType.h"
-#include "Platform/RVPreferences.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Preferences/RVPreferences.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <Rovani/RVData.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVUUID.h"
+#include "Platform/CoreFoundation/RVUUID.h"
 
 void RVLog(RVString format, ...) {
   va_list args;

@@ -2,8 +2,8 @@
 
 #include <Rovani/RVValue.h>
 
-#include "Platform/RVClassType.h"
-#include "Platform/RVScalars.h"
+#include "Platform/Runtime/RVClassType.h"
+#include "Platform/Runtime/RVScalars.h"
 
 namespace {
 // Unlike numbers, boxes drop their creation reference by autorelease.

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "Platform/RVCoreFoundation.h"
-#include "Platform/RVHandleTable.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
+#include "Platform/Runtime/RVHandleTable.h"
 
 void CFRelease(CFTypeRef ref) { [(id)ref release]; }
 

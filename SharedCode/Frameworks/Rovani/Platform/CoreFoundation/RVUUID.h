@@ -4,7 +4,7 @@
 #ifndef ROVANI_PLATFORM_RVUUID_H
 #define ROVANI_PLATFORM_RVUUID_H
 
-#include "Platform/RVCoreFoundation.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
 
 typedef const struct __CFUUID* CFUUIDRef;
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "Platform/RVBinaryPropertyList.h"
-#include "Platform/RVPropertyList.h"
+#include "Platform/PropertyLists/RVBinaryPropertyList.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
 
 // Layout: the eight bytes "bplist00", the objects, a table of object offsets,
 // and a 32-byte trailer: six unused bytes, the width of an offset, the width

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "Platform/RVBinaryPropertyList.h"
-#include "Platform/RVPropertyList.h"
-#include "Platform/RVXMLPropertyList.h"
-#include "Platform/RVXMLPropertyListWriter.h"
+#include "Platform/PropertyLists/RVBinaryPropertyList.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
 NSData* RVPropertyListXMLData(id list) { return RVXMLPropertyListData(list); }
 

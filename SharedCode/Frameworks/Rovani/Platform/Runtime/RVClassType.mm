@@ -6,7 +6,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "Platform/RVClassType.h"
+#include "Platform/Runtime/RVClassType.h"
 
 // Class types are asked for on every typed look-up, and the answer for a
 // dynamic type never changes, so each is computed once. The fast path is a

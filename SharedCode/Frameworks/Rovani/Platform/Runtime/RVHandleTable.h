@@ -10,7 +10,7 @@
 
 #include <Rovani/RVObject.h>
 
-#include "Platform/RVCoreFoundation.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
 
 struct RVHandleKind {
   // The Foundation class; an object of it or of a subclass matches the row.

@@ -3,7 +3,7 @@
 #include <Rovani/RVString.h>
 #include <Rovani/RVUtilities.h>
 
-#include "Platform/RVEncoding.h"
+#include "Platform/Text/RVEncoding.h"
 
 NSStringEncoding RVPlatformEncodingForCode(unsigned int code) {
   switch (code) {

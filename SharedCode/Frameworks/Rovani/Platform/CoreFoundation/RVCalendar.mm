@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Platform/RVCalendar.h"
+#include "Platform/CoreFoundation/RVCalendar.h"
 
 namespace {
 

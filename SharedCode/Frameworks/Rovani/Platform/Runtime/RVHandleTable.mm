@@ -15,7 +15,7 @@
 #include <Rovani/RVURL.h>
 #include <Rovani/RVValue.h>
 
-#include "Platform/RVHandleTable.h"
+#include "Platform/Runtime/RVHandleTable.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "Platform/RVBase64Alphabet.h"
-#include "Platform/RVPropertyList.h"
-#include "Platform/RVXMLPropertyListWriter.h"
+#include "Platform/Text/RVBase64Alphabet.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
 // One pass over the tree into one malloc'd buffer that becomes the data
 // without a copy. Settings documents are made of few concrete classes met

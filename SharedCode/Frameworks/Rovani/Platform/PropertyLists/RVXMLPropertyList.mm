@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "Platform/RVBase64Alphabet.h"
-#include "Platform/RVPropertyList.h"
-#include "Platform/RVXMLPropertyList.h"
+#include "Platform/Text/RVBase64Alphabet.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyList.h"
 
 // A small, non-recursive reader of the XML property-list vocabulary: open
 // containers live on an explicit stack bounded by the depth limit, and every

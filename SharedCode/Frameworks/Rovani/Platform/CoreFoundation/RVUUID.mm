@@ -2,7 +2,7 @@
 
 #include <uuid/uuid.h>
 
-#include "Platform/RVUUID.h"
+#include "Platform/CoreFoundation/RVUUID.h"
 
 // The object behind a CFUUIDRef: the sixteen bytes of one UUID.
 @interface RVUUIDObject : NSObject {

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "Platform/RVAtomicFile.h"
-#include "Platform/RVPreferences.h"
-#include "Platform/RVPropertyList.h"
+#include "Platform/Files/RVAtomicFile.h"
+#include "Platform/Preferences/RVPreferences.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
 
 const CFStringRef kCFPreferencesAnyUser = (CFStringRef) @"kCFPreferencesAnyUser";
 const CFStringRef kCFPreferencesCurrentUser = (CFStringRef) @"kCFPreferencesCurrentUser";

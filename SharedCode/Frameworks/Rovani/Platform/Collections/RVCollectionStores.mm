@@ -2,7 +2,7 @@
 
 #include <objc/runtime.h>
 
-#include "Platform/RVCollectionStores.h"
+#include "Platform/Collections/RVCollectionStores.h"
 
 // Three immutable classes of the platform's class clusters, each made of
 // the cluster's primitive methods over a mutable store that only the

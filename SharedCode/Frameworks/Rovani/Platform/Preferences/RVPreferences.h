@@ -26,7 +26,7 @@
 
 #include <Rovani/RVDefines.h>
 
-#include "Platform/RVCoreFoundation.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
 
 typedef CFTypeRef CFPropertyListRef;
 typedef unsigned char Boolean;

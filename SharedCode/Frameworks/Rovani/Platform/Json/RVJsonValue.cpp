@@ -1,6 +1,6 @@
 // Every call into jsoncpp that can throw, each inside a try. See
 // RVJsonValue.h for why this file is plain C++.
-#include "RVJsonValue.h"
+#include "Platform/Json/RVJsonValue.h"
 
 #include <json/reader.h>
 #include <json/value.h>

@@ -9,7 +9,7 @@
 
 #include <Rovani/RVDefines.h>
 
-#include "Platform/RVCoreFoundation.h"
+#include "Platform/CoreFoundation/RVCoreFoundation.h"
 
 // Seconds since the first instant of 1 January 2001, GMT.
 typedef double CFAbsoluteTime;

@@ -7,7 +7,7 @@
 
 #include <Rovani/RVObject.h>
 
-#include "Platform/RVCollectionStores.h"
+#include "Platform/Collections/RVCollectionStores.h"
 
 // A handle always holds an immutable object. When it holds one of the
 // library's own (RVCollectionStores.h) and its reference is the only one,

@@ -1,6 +1,6 @@
 #import <Foundation/Foundation.h>
 
-#include "Platform/RVAtomicFile.h"
+#include "Platform/Files/RVAtomicFile.h"
 
 #include <fcntl.h>
 #include <limits.h>
