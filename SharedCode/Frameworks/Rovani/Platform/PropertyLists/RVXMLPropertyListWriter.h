@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "Platform/PropertyLists/RVFormatFault.h"
+
 // Writes list as an XML property-list document into *out (replacing what
 // it held) and answers true; answers false, with *out unspecified, when
 // any part of list has no exact form in the format. Nothing is ever
@@ -36,10 +38,11 @@
 // version="1.0">, one element a line indented four columns a level with
 // each eight columns as a tab, Base64 on the line after <data>, empty
 // containers as an open and a close tag, no newline after </plist>.
-bool RVXMLPropertyListWrite(id list, std::string* out);
+// *fault, when given, says why a write was refused and names the value.
+bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault = nullptr);
 
 // The same text as data (autoreleased), or nil where the write above
 // answers false.
-NSData* RVXMLPropertyListData(id list);
+NSData* RVXMLPropertyListData(id list, RVFormatFault* fault = nullptr);
 
 #endif

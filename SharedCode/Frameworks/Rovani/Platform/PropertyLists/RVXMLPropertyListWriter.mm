@@ -530,16 +530,30 @@ bool Run(id list, Writer* writer) {
 
 }  // namespace
 
-bool RVXMLPropertyListWrite(id list, std::string* out) {
+bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer)) return false;
+  if (!Run(list, &writer)) {
+    if (fault != nullptr) {
+      fault->Clear();
+      fault->message = "a value that has no exact form in a property list";
+      fault->refusedValue = true;
+    }
+    return false;
+  }
   out->assign(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
-NSData* RVXMLPropertyListData(id list) {
+NSData* RVXMLPropertyListData(id list, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer)) return nil;
+  if (!Run(list, &writer)) {
+    if (fault != nullptr) {
+      fault->Clear();
+      fault->message = "a value that has no exact form in a property list";
+      fault->refusedValue = true;
+    }
+    return nil;
+  }
   size_t size = writer.Output().Size();
   return [[[NSData alloc] initWithBytesNoCopy:writer.Output().Release()
                                        length:size
