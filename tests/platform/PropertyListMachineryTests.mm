@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string>
 
+#include "Platform/PropertyLists/RVBinaryPropertyList.h"
+#include "Platform/PropertyLists/RVBinaryPropertyListWriter.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
@@ -54,6 +56,23 @@ std::string Written(id list) {
 id Read(const std::string& text) { return RVPropertyListFromBytes(text.data(), text.size()); }
 
 NSDate* At(double seconds) { return [NSDate dateWithTimeIntervalSinceReferenceDate:seconds]; }
+
+std::string Hex(NSData* data) {
+  std::string out;
+  char pair[3];
+  for (NSUInteger i = 0; i < [data length]; ++i) {
+    snprintf(pair, sizeof pair, "%02x", static_cast<const unsigned char*>([data bytes])[i]);
+    out += pair;
+  }
+  return out;
+}
+
+id ReadBinary(NSData* data) {
+  return RVBinaryPropertyListRead(static_cast<const unsigned char*>([data bytes]), [data length]);
+}
+
+// A binary list's trailer: widths of an offset and a reference, object count.
+std::string Trailer(NSData* data) { return Hex(data).substr(Hex(data).size() - 52, 20); }
 
 const std::string kHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST "
@@ -115,32 +134,150 @@ TEST(PropertyListWriter, WritesSubclassesOfTheClassClustersLikeTheirOwn) {
   EXPECT_EQ(written, Written(@{@"k" : @[ @"a<\u00e9", @{@"a<\u00e9" : @1} ]}));
 }
 
-TEST(PropertyListWriter, RefusesWholeWhatTheFormatCannotHold) {
+TEST(PropertyListWriters, RefuseTheSameListsWholeNamingTheValue) {
   NSMutableDictionary* nested = [NSMutableDictionary dictionary];
   NSMutableDictionary* inner = nested;
+  std::string deepPath;
   for (int i = 0; i < 300; ++i) {
     NSMutableDictionary* next = [NSMutableDictionary dictionary];
     [inner setObject:next forKey:@"k"];
     inner = next;
+    if (i < 256) deepPath += i == 0 ? "k" : ".k";
   }
   // GNUstep makes no string with an unpaired surrogate, but cuts one out
   // of a pair.
   NSString* pair = U16(u"x\U0001F600y");
   NSString* high = [pair substringWithRange:NSMakeRange(0, 2)];
   NSString* low = [pair substringWithRange:NSMakeRange(2, 2)];
-  NSArray* refused = @[
-    @{@"k" : [NSNull null]}, @{@1 : @"non-string key"}, @{@"k" : @"\x01"},
-    @{@"\x1F" : @"k"}, @{@"k" : high}, @{low : @"k"}, @{@"k" : @[ [pair substringToIndex:2] ]},
-    @{@"k" : U16(u"\xFFFE")},
-    @{@"k" : At(-63113904000.5)},  // 0000-12-31T23:59:59Z
-    @{@"k" : At(252423993600.0)},  // 10000-01-01
-    @{@"k" : [NSValue valueWithRange:NSMakeRange(1, 2)]},
-    @{@"k" : [[[NSObject alloc] init] autorelease]}, nested
-  ];
-  for (NSUInteger i = 0; i < [refused count]; ++i)
-    EXPECT_EQ(Written([refused objectAtIndex:i]), "<refused>") << "list " << i;
-  EXPECT_EQ(Written(nil), "<refused>");
+  const std::string cannot = ", which a property list cannot hold";
+  struct {
+    id list;
+    std::string keyPath, message;
+  } refused[] = {
+    {@{@"a" : @[ @1, [NSNull null] ]}, "a.1", "a null value"},
+    {@{@"a.b\\" : @{@1 : @"non-string key"}}, "a\\.b\\\\", "a non-string key"},
+    {@{@"k" : @"\x01"}, "k", "a string with the control character U+0001" + cannot},
+    {@{@"\x1F" : @"k"}, "\x1F", "a key with the control character U+001F" + cannot},
+    {@{@"k" : high}, "k", "a string with an unpaired surrogate U+D83D" + cannot},
+    {@{low : @"k"}, "\xEF\xBF\xBDy", "a key with an unpaired surrogate U+DE00" + cannot},
+    {@{@"k" : @[ @"", [pair substringToIndex:2] ]}, "k.1", "a string with an unpaired surrogate U+D83D" + cannot},
+    {@{@"k" : U16(u"ok\xFFFE")}, "k", "a string with the character U+FFFE" + cannot},
+    {@[ @{@"k" : At(-63113904000.5)} ], "0.k", "a date outside the years 1 to 9999"},
+    {@{@"k" : At(252423993600.0)}, "k", "a date outside the years 1 to 9999"},  // 10000-01-01
+    {@{@"k" : [NSDecimalNumber decimalNumberWithString:@"0.1"]}, "k",
+     "the decimal number 0.1, which no real holds exactly"},
+    {@{@"k" : [[[NSObject alloc] init] autorelease]}, "k", "a value of class NSObject" + cannot},
+    {nested, deepPath, "containers nested deeper than 256"},
+    {nil, "", "no list (nil)"},
+  };
+  for (const auto& c : refused) {
+    RVFormatFault xml, binary;
+    std::string text;
+    EXPECT_FALSE(RVXMLPropertyListWrite(c.list, &text, &xml)) << c.message;
+    EXPECT_EQ(RVBinaryPropertyListData(c.list, &binary), nil) << c.message;
+    for (const RVFormatFault& fault : {xml, binary}) {
+      EXPECT_EQ(fault.message, c.message);
+      EXPECT_EQ(fault.keyPath, c.keyPath) << c.message;
+      EXPECT_TRUE(fault.refusedValue);
+    }
+  }
+  RVFormatFault fault;
+  EXPECT_EQ(RVBinaryPropertyListData(@[ [NSValue valueWithRange:NSMakeRange(1, 2)] ], &fault), nil);
+  EXPECT_EQ(fault.keyPath, "0");
   EXPECT_EQ(RVPropertyListXMLData(@{@"k" : [NSNull null]}), nil);
+}
+
+TEST(PropertyListWriters, WriteADecimalNumberOnlyWhenARealHoldsItExactly) {
+  for (NSString* exact : @[ @"2.5", @"-0.0078125", @"1e20", @"18446744073709551616", @"0" ]) {
+    NSDecimalNumber* decimal = [NSDecimalNumber decimalNumberWithString:exact];
+    double value = [decimal doubleValue];
+    EXPECT_EQ(Written(decimal), Written([NSNumber numberWithDouble:value])) << [exact UTF8String];
+    EXPECT_EQ([ReadBinary(RVBinaryPropertyListData(decimal)) doubleValue], value);
+  }
+  for (NSString* rounded : @[ @"0.3", @"9007199254740993", @"1e-30" ]) {
+    NSDecimalNumber* decimal = [NSDecimalNumber decimalNumberWithString:rounded];
+    EXPECT_EQ(Written(decimal), "<refused>") << [rounded UTF8String];
+    EXPECT_EQ(RVBinaryPropertyListData(decimal), nil) << [rounded UTF8String];
+  }
+}
+
+TEST(BinaryPropertyListWriter, WritesEachScalarInItsFewestBytes) {
+  unsigned char bytes[20] = {1, 2, 3};
+  struct {
+    id value;
+    std::string hex;
+  } scalars[] = {
+    {@0, "1000"}, {@255, "10ff"}, {@256, "110100"}, {@65535, "11ffff"}, {@65536, "1200010000"},
+    {[NSNumber numberWithUnsignedInt:UINT32_MAX], "12ffffffff"},
+    {[NSNumber numberWithLongLong:1LL << 32], "130000000100000000"},
+    {[NSNumber numberWithLongLong:INT64_MAX], "137fffffffffffffff"},
+    {@-1, "13ffffffffffffffff"}, {[NSNumber numberWithLongLong:INT64_MIN], "138000000000000000"},
+    {[NSNumber numberWithUnsignedLongLong:1ULL << 63], "1400000000000000008000000000000000"},
+    {[NSNumber numberWithUnsignedLongLong:UINT64_MAX], "140000000000000000ffffffffffffffff"},
+    {@0.5, "233fe0000000000000"}, {[NSNumber numberWithFloat:0.1f], "233fb99999a0000000"},
+    {@-0.0, "238000000000000000"}, {@(INFINITY), "237ff0000000000000"},
+    {@(-INFINITY), "23fff0000000000000"}, {@DBL_TRUE_MIN, "230000000000000001"},
+    {[NSNumber numberWithBool:YES], "09"}, {[NSNumber numberWithBool:NO], "08"},
+    {At(-0.5), "33bfe0000000000000"}, {At(-63113904000.0), "33c22d63c37f000000"},
+    {@"", "50"}, {@"abc", "53616263"}, {@"0123456789abcde", "5f100f303132333435363738396162636465"},
+    {U16(u"\uFEFF\u00e9"), "62feff00e9"}, {U16(u"\U0001F600"), "62d83dde00"},
+    {[NSData dataWithBytes:bytes length:20], "4f1014010203" + std::string(34, '0')},
+  };
+  for (const auto& c : scalars) {
+    NSData* data = RVBinaryPropertyListData(c.value);
+    ASSERT_NE(data, nil) << c.hex;
+    std::string hex = Hex(data);
+    EXPECT_EQ(hex.substr(0, 16), "62706c6973743030");
+    EXPECT_EQ(hex.substr(16, hex.size() - 16 - 66), c.hex);
+    EXPECT_EQ(Trailer(data), "0101" "0000000000000001");
+    id back = ReadBinary(data);
+    EXPECT_TRUE([back isEqual:c.value]) << c.hex;
+    if ([c.value isKindOfClass:[NSNumber class]])
+      EXPECT_EQ([back unsignedLongLongValue], [c.value unsignedLongLongValue]) << c.hex;
+  }
+  double nan = [ReadBinary(RVBinaryPropertyListData(@(NAN))) doubleValue];
+  EXPECT_TRUE(std::isnan(nan));
+}
+
+TEST(BinaryPropertyListWriter, WritesEqualScalarsOnceAndReferencesInTheFewestBytes) {
+  NSArray* list = @[ @"x", @"x", @1, @1, @1.0, [NSNumber numberWithBool:YES],
+                     [NSNumber numberWithBool:YES], @{@"x" : @"x", @"y" : @[]}, At(0), At(0) ];
+  NSData* data = RVBinaryPropertyListData(list);
+  // The array, "x", 1, 1.0, true, the dictionary, "y", the empty array, the date.
+  EXPECT_EQ(Trailer(data), "0101" "0000000000000009");
+  EXPECT_TRUE([ReadBinary(data) isEqual:list]);
+
+  NSMutableArray* many = [NSMutableArray array];
+  for (int i = 0; i < 300; ++i) [many addObject:@(i)];
+  EXPECT_EQ(Trailer(RVBinaryPropertyListData(@[ many ])), "0202" "000000000000012e");
+  [many removeObjectsInRange:NSMakeRange(200, 100)];
+  EXPECT_EQ(Trailer(RVBinaryPropertyListData(many)), "0201" "00000000000000c9");
+}
+
+TEST(BinaryPropertyListWriter, ReadsBackAsTheXMLWriterReadsBack) {
+  // Nesting as deep as a list may go, text from every plane, both kinds of
+  // key, dates on the second (the XML writer keeps only seconds).
+  id deep = @"bottom";
+  for (int i = 0; i < 255; ++i) deep = i % 2 ? @{@"" : deep} : @[ deep ];
+  NSDictionary* list = @{
+    @"" : @"empty key",
+    U16(u"\uFEFFkey") : U16(u"\uFEFF"),
+    @"planes" : @[ U16(u"\u00e9\u4e16\uFFFD"), U16(u"\U00010400\U0001F600\U0002A6D6\U000E0001\U000FFFFD\U0010FFFD") ],
+    @"text" : @"<&>\"'\t\n\r",
+    @"numbers" : @[ @0, @-1, @(1LL << 40), [NSNumber numberWithUnsignedLongLong:UINT64_MAX], @DBL_MAX, @-0.0,
+                    @DBL_TRUE_MIN, @(INFINITY) ],
+    @"dates" : @[ At(-63113904000.0), At(252423993599.0), At(-1e10) ],
+    @"deep" : deep,
+  };
+  RVFormatFault fault;
+  NSData* binary = RVBinaryPropertyListData(list, &fault);
+  ASSERT_NE(binary, nil) << fault.message << " at " << fault.keyPath;
+  id back = ReadBinary(binary);
+  EXPECT_TRUE([back isEqual:list]);
+  EXPECT_TRUE([back isEqual:Read(Written(list))]);
+  EXPECT_EQ([[[back objectForKey:@"numbers"] objectAtIndex:3] unsignedLongLongValue], UINT64_MAX);
+  EXPECT_TRUE([[back objectForKey:U16(u"\uFEFFkey")] isEqual:U16(u"\uFEFF")]);
+  EXPECT_EQ([[back objectForKey:U16(u"\uFEFFkey")] length], 1u);
 }
 
 TEST(PropertyListWriter, SortsKeysAsGNUstepCompares) {

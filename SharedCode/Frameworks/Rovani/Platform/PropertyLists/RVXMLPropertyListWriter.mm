@@ -1,6 +1,4 @@
 #import <Foundation/Foundation.h>
-#include <objc/message.h>
-#include <objc/runtime.h>
 
 #include <algorithm>
 #include <charconv>
@@ -13,14 +11,12 @@
 
 #include "Platform/Text/RVBase64Alphabet.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/PropertyLists/RVPropertyListRules.h"
 #include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
 // One pass over the tree into one malloc'd buffer that becomes the data
-// without a copy. Settings documents are made of few concrete classes met
-// many times, so what the writer needs of a class (its kind, and the
-// methods it will call on it) is found once per class and kept in a small
-// table: each object then costs a table probe and direct calls instead of
-// a chain of -isKindOfClass: tests and a method look-up per message.
+// without a copy; what a list may hold is RVPropertyListRules.h's, and
+// each class's methods come from its table.
 
 namespace {
 
@@ -39,8 +35,6 @@ constexpr size_t kElementRoom = kMaxIndent + 32;
 // Text is escaped in runs of this many UTF-16 units, each at most six
 // bytes ("&quot;"), so no request is much larger than the output it makes.
 constexpr size_t kTextRun = 4096;
-
-enum class Kind { String, PlatformBool, LibraryBool, Number, Date, Data, Dictionary, Array, Other };
 
 // The output: grows by doubling with realloc (large blocks move by
 // remapping, not copying); never beyond the size the library reads back.
@@ -113,42 +107,22 @@ char* TwoDigits(char* p, unsigned value) {
   return p + 2;
 }
 
-// What the writer knows of one class: its kind and the methods it calls
-// on its instances (which ones depends on the kind).
-struct ClassInfo {
-  Class cls = Nil;
-  Kind kind = Kind::Other;
-  IMP first = nullptr;
-  IMP second = nullptr;
-  IMP third = nullptr;
-  IMP fourth = nullptr;
-};
-
 class Writer {
  public:
-  Writer()
-      : string_([NSString class]),
-        number_([NSNumber class]),
-        platformBool_(object_getClass([NSNumber numberWithBool:YES])),
-        // Nil in a program that links the readers and writer without the library.
-        libraryBool_(objc_lookUpClass("BoolNumber")),
-        date_([NSDate class]),
-        data_([NSData class]),
-        dictionary_([NSDictionary class]),
-        array_([NSArray class]) {}
-
   bool Write(id root) {
     char* p = out_.Reserve(sizeof kHead);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(p, kHead));
-    if (root == nil || !Value(root, 0)) return false;
+    if (root == nil) return refusal_.Refuse("no list (nil)");
+    if (!Value(root, 0)) return false;
     p = out_.Reserve(sizeof kTail);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(p, kTail));
-    return out_.Size() <= kRVPropertyListMaxBytes;
+    return out_.Size() <= kRVPropertyListMaxBytes || refusal_.TooLarge();
   }
 
   Buffer& Output() { return out_; }
+  RVPropertyListRefusal& Refusal() { return refusal_; }
 
  private:
   struct Entry {
@@ -159,83 +133,14 @@ class Writer {
     bool ascii;
   };
 
-  const ClassInfo& InfoOf(id object) {
-    Class cls = object_getClass(object);
-    ClassInfo& slot = classes_[(reinterpret_cast<uintptr_t>(cls) >> 4) % kClassSlots];
-    if (slot.cls != cls) Learn(object, cls, &slot);
-    return slot;
-  }
-
-  void Learn(id object, Class cls, ClassInfo* info) {
-    info->cls = cls;
-    info->kind = Kind::Other;
-    for (Class c = cls; c != Nil; c = class_getSuperclass(c)) {
-      if (c == string_) info->kind = Kind::String;
-      else if (c == platformBool_) info->kind = Kind::PlatformBool;
-      else if (c == libraryBool_) info->kind = Kind::LibraryBool;
-      else if (c == number_) info->kind = Kind::Number;
-      else if (c == date_) info->kind = Kind::Date;
-      else if (c == data_) info->kind = Kind::Data;
-      else if (c == dictionary_) info->kind = Kind::Dictionary;
-      else if (c == array_) info->kind = Kind::Array;
-      else continue;
-      break;
-    }
-    auto method = [object](SEL selector) { return objc_msg_lookup(object, selector); };
-    switch (info->kind) {
-      case Kind::String:
-        info->first = method(@selector(length));
-        info->second = method(@selector(getCharacters:range:));
-        break;
-      case Kind::PlatformBool:
-      case Kind::LibraryBool:
-        info->first = method(@selector(boolValue));
-        break;
-      case Kind::Number:
-        info->first = method(@selector(objCType));
-        info->second = method(@selector(longLongValue));
-        info->third = method(@selector(unsignedLongLongValue));
-        info->fourth = method(@selector(doubleValue));
-        break;
-      case Kind::Date:
-        info->first = method(@selector(timeIntervalSinceReferenceDate));
-        break;
-      case Kind::Data:
-        info->first = method(@selector(bytes));
-        info->second = method(@selector(length));
-        break;
-      case Kind::Dictionary:
-        info->first = method(@selector(count));
-        info->second = method(@selector(getObjects:andKeys:));
-        break;
-      case Kind::Array:
-        info->first = method(@selector(count));
-        info->second = method(@selector(getObjects:));
-        break;
-      case Kind::Other:
-        break;
-    }
-  }
-
-  // Appends the UTF-16 units of a string of the given class to units.
-  static size_t Units(id string, const ClassInfo& info, std::vector<unichar>* units) {
-    NSUInteger length = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(string, @selector(length));
-    size_t start = units->size();
-    units->resize(start + length);
-    if (length > 0)
-      reinterpret_cast<void (*)(id, SEL, unichar*, NSRange)>(info.second)(
-          string, @selector(getCharacters:range:), units->data() + start, NSMakeRange(0, length));
-    return length;
-  }
-
   // Writes units as element content. False for what XML 1.0 cannot hold
   // and for unpaired surrogates.
-  bool Text(const unichar* units, size_t count) {
+  bool Text(const unichar* units, size_t count, bool key) {
     size_t i = 0;
     while (i < count) {
       size_t stop = std::min(count, i + kTextRun);
       char* p = out_.Reserve((stop - i) * 6 + 4);
-      if (p == nullptr) return false;
+      if (p == nullptr) return refusal_.TooLarge();
       while (i < stop) {
         unichar c = units[i++];
         if (c < 0x80) {
@@ -253,7 +158,7 @@ class Writer {
           } else if (c == '\r') {
             p = Put(p, "&#13;");  // a raw CR comes back as LF from any reader
           } else {
-            return false;
+            return refusal_.Character(key, units, count);
           }
         } else if (c < 0x800) {
           *p++ = static_cast<char>(0xC0 | (c >> 6));
@@ -269,7 +174,7 @@ class Writer {
           *p++ = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
           *p++ = static_cast<char>(0x80 | (code & 0x3F));
         } else {
-          return false;  // an unpaired surrogate, U+FFFE or U+FFFF
+          return refusal_.Character(key, units, count);  // a lone surrogate, U+FFFE, U+FFFF
         }
       }
       out_.Commit(p);
@@ -281,7 +186,7 @@ class Writer {
   bool Element(unsigned level, const char* open, size_t openLength, const char* text,
                size_t length, const char* close, size_t closeLength) {
     char* p = out_.Reserve(kElementRoom + length);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     p = Indent(p, level);
     p = Put(p, open, openLength);
     p = Put(p, text, length);
@@ -295,70 +200,52 @@ class Writer {
     return Element(level, text, length, "", 0, "", 0);
   }
 
-  bool String(id string, const ClassInfo& info, unsigned level) {
+  bool String(id string, const RVPlistClassInfo& info, unsigned level) {
     textUnits_.clear();
-    size_t length = Units(string, info, &textUnits_);
+    size_t length = RVPropertyListUnits(string, info, &textUnits_);
     char* p = out_.Reserve(kElementRoom);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(Indent(p, level), "<string>"));
-    if (!Text(textUnits_.data(), length)) return false;
+    if (!Text(textUnits_.data(), length, false)) return false;
     p = out_.Reserve(16);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(p, "</string>\n"));
     return true;
   }
 
-  bool Number(id number, const ClassInfo& info, unsigned level) {
-    const char* type = reinterpret_cast<const char* (*)(id, SEL)>(info.first)(number, @selector(objCType));
+  bool Number(id number, const RVPlistClassInfo& info, unsigned level) {
+    RVPlistNumber value = RVPropertyListNumber(number, info);
     char text[40];
     char* end;
-    switch (type == nullptr ? 0 : type[0]) {
-      case 'f':
-      case 'd': {
-        double value = reinterpret_cast<double (*)(id, SEL)>(info.fourth)(number, @selector(doubleValue));
+    switch (value.type) {
+      case RVPlistNumber::Real:
         // to_chars gives the shortest text that reads back to the same
         // double, and "inf" and "-inf"; every NaN is written "nan".
-        end = std::isnan(value) ? Put(text, "nan") : std::to_chars(text, text + sizeof text, value).ptr;
+        end = std::isnan(value.real) ? Put(text, "nan")
+                                     : std::to_chars(text, text + sizeof text, value.real).ptr;
         return Element(level, "<real>", 6, text, static_cast<size_t>(end - text), "</real>", 7);
-      }
-      case 'Q':
-      case 'L':
-      case 'I':
-      case 'S':
-      case 'C': {
-        unsigned long long value = reinterpret_cast<unsigned long long (*)(id, SEL)>(info.third)(
-            number, @selector(unsignedLongLongValue));
-        end = std::to_chars(text, text + sizeof text, value).ptr;
+      case RVPlistNumber::Unsigned:
+        end = std::to_chars(text, text + sizeof text, value.unsignedValue).ptr;
         break;
-      }
-      case 'q':
-      case 'l':
-      case 'i':
-      case 's':
-      case 'c': {
-        long long value =
-            reinterpret_cast<long long (*)(id, SEL)>(info.second)(number, @selector(longLongValue));
-        end = std::to_chars(text, text + sizeof text, value).ptr;
+      case RVPlistNumber::Signed:
+        end = std::to_chars(text, text + sizeof text, value.signedValue).ptr;
         break;
-      }
       default:
-        return false;
+        return refusal_.Number(number);
     }
     return Element(level, "<integer>", 9, text, static_cast<size_t>(end - text), "</integer>", 10);
   }
 
-  bool Date(id date, const ClassInfo& info, unsigned level) {
+  bool Date(id date, const RVPlistClassInfo& info, unsigned level) {
     double interval = reinterpret_cast<double (*)(id, SEL)>(info.first)(
         date, @selector(timeIntervalSinceReferenceDate));
-    // Years 1 to 9999 lie well inside this range (NaN does not).
-    if (!(interval > -7.0e10 && interval < 2.6e11)) return false;
+    if (!RVPropertyListDateInRange(interval)) return refusal_.Date();
     int64_t seconds = static_cast<int64_t>(std::floor(interval)) + 978307200;  // since 1970
     int64_t days = seconds >= 0 ? seconds / 86400 : -((-seconds + 86399) / 86400);
     unsigned inDay = static_cast<unsigned>(seconds - days * 86400);
     int64_t year;
     unsigned month, day;
     CivilFromDays(days, &year, &month, &day);
-    if (year < 1 || year > 9999) return false;
     char text[20];
     char* p = TwoDigits(TwoDigits(text, static_cast<unsigned>(year / 100)), static_cast<unsigned>(year % 100));
     *p++ = '-';
@@ -376,13 +263,13 @@ class Writer {
   }
 
   // Base64 on the line after <data>, unindented, as the platform writes it.
-  bool Data(id data, const ClassInfo& info, unsigned level) {
+  bool Data(id data, const RVPlistClassInfo& info, unsigned level) {
     const unsigned char* bytes =
         static_cast<const unsigned char*>(reinterpret_cast<const void* (*)(id, SEL)>(info.first)(data, @selector(bytes)));
     size_t n = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.second)(data, @selector(length));
-    if (n > kRVPropertyListMaxBytes) return false;
+    if (n > kRVPropertyListMaxBytes) return refusal_.TooLarge();
     char* p = out_.Reserve(kElementRoom + (n + 2) / 3 * 4);
-    if (p == nullptr) return false;
+    if (p == nullptr) return refusal_.TooLarge();
     p = Put(Indent(p, level), "<data>\n");
     size_t i = 0;
     for (; i + 3 <= n; i += 3) {
@@ -416,11 +303,11 @@ class Writer {
     return std::lexicographical_compare(x, x + a.length, y, y + b.length);
   }
 
-  bool Dictionary(id dictionary, const ClassInfo& info, unsigned level) {
+  bool Dictionary(id dictionary, const RVPlistClassInfo& info, unsigned level) {
     NSUInteger count = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(dictionary, @selector(count));
     if (!Line(level, "<dict>", 6)) return false;
     if (count > 0) {
-      if (count > kRVPropertyListMaxObjects) return false;
+      if (count > kRVPropertyListMaxObjects) return refusal_.TooMany();
       size_t base = entries_.size();
       size_t unitsBase = keyUnits_.size();
       size_t scratchBase = scratch_.size();
@@ -430,10 +317,10 @@ class Writer {
           dictionary, @selector(getObjects:andKeys:), values, values + count);
       for (NSUInteger i = 0; i < count; ++i) {
         id key = scratch_[scratchBase + count + i];
-        const ClassInfo& keyInfo = InfoOf(key);
-        if (keyInfo.kind != Kind::String) return false;
+        const RVPlistClassInfo& keyInfo = classes_.Of(key);
+        if (keyInfo.kind != RVPlistKind::String) return refusal_.NonStringKey();
         size_t offset = keyUnits_.size();
-        size_t length = Units(key, keyInfo, &keyUnits_);
+        size_t length = RVPropertyListUnits(key, keyInfo, &keyUnits_);
         bool ascii = true;
         for (size_t k = offset; k < offset + length; ++k) ascii &= keyUnits_[k] < 0x80;
         entries_.push_back(Entry{key, scratch_[scratchBase + i], offset, length, ascii});
@@ -443,13 +330,14 @@ class Writer {
                 [this](const Entry& a, const Entry& b) { return Less(a, b); });
       for (size_t i = base; i < base + count; ++i) {
         char* p = out_.Reserve(kElementRoom);
-        if (p == nullptr) return false;
+        if (p == nullptr) return refusal_.TooLarge();
         out_.Commit(Put(Indent(p, level + 1), "<key>"));
-        if (!Text(keyUnits_.data() + entries_[i].offset, entries_[i].length)) return false;
+        if (!Text(keyUnits_.data() + entries_[i].offset, entries_[i].length, true))
+          return refusal_.InKey(entries_[i].key);
         p = out_.Reserve(8);
-        if (p == nullptr) return false;
+        if (p == nullptr) return refusal_.TooLarge();
         out_.Commit(Put(p, "</key>\n"));
-        if (!Value(entries_[i].value, level + 1)) return false;
+        if (!Value(entries_[i].value, level + 1)) return refusal_.InKey(entries_[i].key);
       }
       entries_.resize(base);
       keyUnits_.resize(unitsBase);
@@ -457,54 +345,56 @@ class Writer {
     return Line(level, "</dict>", 7);
   }
 
-  bool Array(id array, const ClassInfo& info, unsigned level) {
+  bool Array(id array, const RVPlistClassInfo& info, unsigned level) {
     NSUInteger count = reinterpret_cast<NSUInteger (*)(id, SEL)>(info.first)(array, @selector(count));
     if (!Line(level, "<array>", 7)) return false;
     if (count > 0) {
-      if (count > kRVPropertyListMaxObjects) return false;
+      if (count > kRVPropertyListMaxObjects) return refusal_.TooMany();
       size_t base = scratch_.size();
       scratch_.resize(base + count);
       reinterpret_cast<void (*)(id, SEL, id*)>(info.second)(array, @selector(getObjects:),
                                                              scratch_.data() + base);
       // Children push their own items after these: index, do not point.
       for (size_t i = base; i < base + count; ++i)
-        if (!Value(scratch_[i], level + 1)) return false;
+        if (!Value(scratch_[i], level + 1)) return refusal_.InIndex(i - base);
       scratch_.resize(base);
     }
     return Line(level, "</array>", 8);
   }
 
   bool Value(id object, unsigned level) {
-    if (++objects_ > kRVPropertyListMaxObjects) return false;
-    const ClassInfo& info = InfoOf(object);
+    if (++objects_ > kRVPropertyListMaxObjects) return refusal_.TooMany();
+    const RVPlistClassInfo& info = classes_.Of(object);
     switch (info.kind) {
-      case Kind::String:
+      case RVPlistKind::String:
         return String(object, info, level);
-      case Kind::PlatformBool:
-      case Kind::LibraryBool:
+      case RVPlistKind::Boolean:
         if (reinterpret_cast<BOOL (*)(id, SEL)>(info.first)(object, @selector(boolValue)))
           return Line(level, "<true/>", 7);
         return Line(level, "<false/>", 8);
-      case Kind::Number:
+      case RVPlistKind::Number:
+      case RVPlistKind::Decimal:
         return Number(object, info, level);
-      case Kind::Date:
+      case RVPlistKind::Date:
         return Date(object, info, level);
-      case Kind::Data:
+      case RVPlistKind::Data:
         return Data(object, info, level);
-      case Kind::Dictionary:
-        return level < kRVPropertyListMaxDepth && Dictionary(object, info, level);
-      case Kind::Array:
-        return level < kRVPropertyListMaxDepth && Array(object, info, level);
-      case Kind::Other:
+      case RVPlistKind::Dictionary:
+        if (level >= kRVPropertyListMaxDepth) return refusal_.TooDeep();
+        return Dictionary(object, info, level);
+      case RVPlistKind::Array:
+        if (level >= kRVPropertyListMaxDepth) return refusal_.TooDeep();
+        return Array(object, info, level);
+      case RVPlistKind::Null:
+        return refusal_.Null();
+      case RVPlistKind::Other:
         break;
     }
-    return false;
+    return refusal_.OtherClass(object);
   }
 
-  static constexpr size_t kClassSlots = 64;
-
-  Class string_, number_, platformBool_, libraryBool_, date_, data_, dictionary_, array_;
-  ClassInfo classes_[kClassSlots];
+  RVPropertyListClasses classes_;
+  RVPropertyListRefusal refusal_;
   Buffer out_;
   std::vector<Entry> entries_;      // dictionaries being written, innermost last
   std::vector<unichar> keyUnits_;   // their keys' text
@@ -516,14 +406,15 @@ class Writer {
 // Runs the writer; on success *written holds the text. Platform
 // exceptions (a collection that changes under the writer, a method that
 // raises) make the write fail like any other refusal.
-bool Run(id list, Writer* writer) {
+bool Run(id list, Writer* writer, RVFormatFault* fault) {
   bool written = false;
   @autoreleasepool {
     @try {
       written = writer->Write(list);
-    } @catch (NSException*) {
-      written = false;
+    } @catch (NSException* exception) {
+      written = writer->Refusal().Raised(exception);
     }
+    if (!written) writer->Refusal().Fill(fault);
   }
   return written;
 }
@@ -532,28 +423,14 @@ bool Run(id list, Writer* writer) {
 
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer)) {
-    if (fault != nullptr) {
-      fault->Clear();
-      fault->message = "a value that has no exact form in a property list";
-      fault->refusedValue = true;
-    }
-    return false;
-  }
+  if (!Run(list, &writer, fault)) return false;
   out->assign(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
 NSData* RVXMLPropertyListData(id list, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer)) {
-    if (fault != nullptr) {
-      fault->Clear();
-      fault->message = "a value that has no exact form in a property list";
-      fault->refusedValue = true;
-    }
-    return nil;
-  }
+  if (!Run(list, &writer, fault)) return nil;
   size_t size = writer.Output().Size();
   return [[[NSData alloc] initWithBytesNoCopy:writer.Output().Release()
                                        length:size
