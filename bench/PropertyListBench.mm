@@ -1,7 +1,8 @@
 // Writing the settings document as an XML property list: the library's
 // writer (through RVData(RVDictionary), as callers reach it) against
 // libplist's plist_to_xml on the same tree, and GNUstep's serialiser for
-// reference.
+// reference. As a binary property list: the library's writer, called
+// directly, against libplist's plist_to_bin.
 #import <Foundation/Foundation.h>
 
 #include <benchmark/benchmark.h>
@@ -15,6 +16,7 @@
 #include <Rovani/Rovani.h>
 
 #include "BenchRatios.h"
+#include "Platform/PropertyLists/RVBinaryPropertyListWriter.h"
 #include "SettingsDocument.h"
 
 namespace {
@@ -133,7 +135,41 @@ static void BM_GNUstepWriteSettings(benchmark::State& state) {
 }
 BENCHMARK(BM_GNUstepWriteSettings)->Unit(benchmark::kMillisecond);
 
+static void BM_BinaryPropertyListWriteSettings(benchmark::State& state) {
+  NSDictionary* settings = [Foundation(Document()) retain];
+  size_t bytes = 0;
+  for (auto _ : state) {
+    @autoreleasepool {
+      NSData* binary = RVBinaryPropertyListData(settings);
+      bytes = [binary length];
+      benchmark::DoNotOptimize([binary bytes]);
+    }
+  }
+  [settings release];
+  if (bytes == 0) state.SkipWithError("the settings were not written");
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+}
+BENCHMARK(BM_BinaryPropertyListWriteSettings)->Unit(benchmark::kMillisecond);
+
+static void BM_LibplistWriteSettingsBinary(benchmark::State& state) {
+  plist_t settings = Libplist(Document());
+  size_t bytes = 0;
+  for (auto _ : state) {
+    char* binary = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(settings, &binary, &length);
+    bytes = length;
+    benchmark::DoNotOptimize(binary);
+    plist_to_bin_free(binary);
+  }
+  plist_free(settings);
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+}
+BENCHMARK(BM_LibplistWriteSettingsBinary)->Unit(benchmark::kMillisecond);
+
 ROVANI_BENCH_RATIO("property-list writer / libplist plist_to_xml", "BM_PropertyListWriteSettings",
                    "BM_LibplistWriteSettings", 1.5);
 ROVANI_BENCH_RATIO("GNUstep's serialiser / libplist plist_to_xml", "BM_GNUstepWriteSettings",
                    "BM_LibplistWriteSettings", 0);
+ROVANI_BENCH_RATIO("binary property-list writer / libplist plist_to_bin",
+                   "BM_BinaryPropertyListWriteSettings", "BM_LibplistWriteSettingsBinary", 1.0);

@@ -7,7 +7,8 @@
 // fixed seed) into DIR with RVDictionary::WriteToFile and prints each
 // file's name and the canonical form of the dictionary as written, dates
 // floored to the second; each file must read back as that form in the
-// library too.
+// library too. With a fifth argument "binary" it writes them with the
+// binary writer instead, dates to the microsecond.
 #import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
@@ -25,7 +26,11 @@
 
 #include <Rovani/Rovani.h>
 
+#include "Platform/PropertyLists/RVBinaryPropertyListWriter.h"
+
 namespace {
+
+bool gExactDates = false;  // microseconds, not seconds
 
 std::string Hex(const void* bytes, size_t length) {
   static const char kDigits[] = "0123456789abcdef";
@@ -48,7 +53,9 @@ std::string Canonical(id object) {
   if ([object isKindOfClass:[NSString class]]) return "s:" + Hex(Utf8(object).data(), Utf8(object).size());
   if ([object isKindOfClass:[NSData class]]) return "x:" + Hex([object bytes], [object length]);
   if ([object isKindOfClass:[NSDate class]]) {
-    snprintf(buffer, sizeof buffer, "t:%.0f", std::floor([object timeIntervalSinceReferenceDate]));
+    double seconds = [object timeIntervalSinceReferenceDate];
+    if (gExactDates) snprintf(buffer, sizeof buffer, "t:%.6f", seconds);
+    else snprintf(buffer, sizeof buffer, "t:%.0f", std::floor(seconds));
     return buffer;
   }
   if ([object isKindOfClass:objc_lookUpClass("BoolNumber")]) return [object boolValue] ? "b:1" : "b:0";
@@ -114,7 +121,8 @@ class RandomLists {
   NSString* Text() {
     static const char16_t* const kPieces[] = {
         u"a", u"Z", u" ", u"&", u"<", u">", u"]]>", u"\"", u"'", u"\t", u"\n", u"\r",
-        u"\u00e9", u"\u4e16", u"\uFEFF", u"\U0001F600", u"\U0010FFFD", u"\uFFFD", u"\\U0041"};
+        u"\u00e9", u"\u4e16", u"\uFEFF", u"\U0001F600", u"\U0002A6D6", u"\U000E0001",
+        u"\U0010FFFD", u"\uFFFD", u"\\U0041"};
     std::u16string text;
     for (int i = Below(7); i > 0; --i) text += kPieces[Below(sizeof kPieces / sizeof *kPieces)];
     // UTF-16 with an explicit byte order keeps a leading U+FEFF.
@@ -124,7 +132,9 @@ class RandomLists {
   }
 
   NSNumber* Integer() {
-    switch (Below(6)) {
+    static const long long kWidths[] = {255, 256, 65535, 65536, 4294967295, 4294967296};
+    switch (Below(7)) {
+      case 6: return [NSNumber numberWithLongLong:kWidths[Below(6)]];
       case 0: return [NSNumber numberWithLongLong:INT64_MIN];
       case 1: return [NSNumber numberWithLongLong:INT64_MAX];
       case 2: return [NSNumber numberWithUnsignedLongLong:UINT64_MAX];
@@ -136,7 +146,7 @@ class RandomLists {
 
   NSNumber* Real() {
     static const double kSpecial[] = {DBL_MAX, -DBL_MAX, DBL_MIN, DBL_TRUE_MIN, -DBL_TRUE_MIN,
-                                      -0.0, 0.1, 123456789.12345679, HUGE_VAL, -HUGE_VAL, NAN};
+                                      -0.0, 0.0, 1e-310, 0.1, 123456789.12345679, HUGE_VAL, -HUGE_VAL, NAN};
     switch (Below(4)) {
       case 0: return [NSNumber numberWithDouble:kSpecial[Below(sizeof kSpecial / sizeof *kSpecial)]];
       case 1: return [NSNumber numberWithFloat:static_cast<float>(Below(1 << 20)) / 7.0f];
@@ -180,17 +190,25 @@ class RandomLists {
   std::mt19937_64 random_;
 };
 
-int WriteRandomLists(const char* dir, unsigned seed, int count) {
+int WriteRandomLists(const char* dir, unsigned seed, int count, bool binary) {
+  gExactDates = binary;
   RVBool::True();  // the library's shared booleans exist from here on
   RVBool::False();
   RandomLists lists(seed);
   int status = 0;
   for (int i = 0; i < count; ++i) {
     RVAutoreleasePool pool;
-    RVDictionary written(lists.Dictionary(0));
+    NSMutableDictionary* list = [lists.Dictionary(0) mutableCopy];
+    if (i == 0) {  // as deep as a list may go
+      id deep = @"bottom";
+      for (int level = 0; level < 255; ++level) deep = level % 2 ? @{@"" : deep} : @[ deep ];
+      [list setObject:deep forKey:@"deep"];
+    }
+    RVDictionary written([list autorelease]);
     std::string path = std::string(dir) + "/list-" + std::to_string(i) + ".plist";
     std::string canonical = Canonical(written.Ref());
-    if (!written.WriteToFile(path.c_str())) {
+    NSData* bytes = binary ? RVBinaryPropertyListData(written.Ref()) : nil;
+    if (binary ? ![bytes writeToFile:@(path.c_str()) atomically:NO] : !written.WriteToFile(path.c_str())) {
       printf("%s\twrite failed\n", path.c_str());
       status = 1;
       continue;
@@ -209,9 +227,10 @@ int WriteRandomLists(const char* dir, unsigned seed, int count) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 5 && strcmp(argv[1], "--write") == 0) {
+  if ((argc == 5 || argc == 6) && strcmp(argv[1], "--write") == 0) {
     RVAutoreleasePool pool;
-    return WriteRandomLists(argv[2], static_cast<unsigned>(atoi(argv[3])), atoi(argv[4]));
+    return WriteRandomLists(argv[2], static_cast<unsigned>(atoi(argv[3])), atoi(argv[4]),
+                            argc == 6 && strcmp(argv[5], "binary") == 0);
   }
   int status = 0;
   for (int i = 1; i < argc; ++i) {

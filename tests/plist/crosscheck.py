@@ -10,8 +10,11 @@ here and checked to read back in plistlib too). The checker program prints
 what the library reads from each; it must equal what plistlib reads.
 
 Then the checker writes random dictionaries (fixed seed) with the library,
-in three time zones; what plistlib reads from each file must be what the
-checker says it wrote (dates to the second).
+as XML in three time zones and as binary lists; what plistlib reads from
+each file must be what the checker says it wrote (dates to the second in
+XML, to the microsecond in binary). Each binary list must also come through
+libplist's plistutil (rewritten by it as binary, then read by plistlib)
+unchanged, where plistutil is installed.
 
 usage: crosscheck.py CHECKER
 """
@@ -19,6 +22,7 @@ import datetime
 import os
 import plistlib
 import re
+import shutil
 import struct
 import subprocess
 import sys
@@ -26,6 +30,7 @@ import tempfile
 from pathlib import Path
 
 EPOCH = datetime.datetime(2001, 1, 1)
+EXACT_DATES = False  # binary lists keep dates to the microsecond here
 
 
 class Float32(float):
@@ -68,6 +73,9 @@ def canon(v):
     if isinstance(v, bytes):
         return "x:" + v.hex()
     if isinstance(v, datetime.datetime):
+        if EXACT_DATES:
+            micro = (v.replace(tzinfo=None) - EPOCH) // datetime.timedelta(microseconds=1)
+            return "t:%s%d.%06d" % ("-" if micro < 0 else "", abs(micro) // 10**6, abs(micro) % 10**6)
         return "t:%d" % round((v.replace(tzinfo=None) - EPOCH).total_seconds())
     if isinstance(v, list):
         return "[" + ",".join(canon(x) for x in v) + "]"
@@ -237,24 +245,38 @@ def main():
               % (len(cases), len(widths), len(cases) - len(failures)))
         status = 1 if failures or run.returncode != 0 else 0
 
-    for zone in ("UTC", "America/New_York", "Pacific/Chatham"):
+    plistutil = shutil.which("plistutil")
+    global EXACT_DATES
+    for zone, form in (("UTC", "xml"), ("America/New_York", "xml"), ("Pacific/Chatham", "xml"),
+                       ("Pacific/Chatham", "binary")):
+        EXACT_DATES = form == "binary"
         with tempfile.TemporaryDirectory() as tmp:
             env = dict(os.environ, GNUSTEP_TZ=zone)
-            run = subprocess.run([checker, "--write", tmp, "16", "200"], capture_output=True,
+            run = subprocess.run([checker, "--write", tmp, "16", "200", form], capture_output=True,
                                  text=True, env=env)
             written = dict(line.split("\t", 1) for line in run.stdout.splitlines())
             wrong = []
             for path, want in written.items():
-                try:
-                    have = canon(plistlib.loads(Path(path).read_bytes()))
-                except Exception as error:  # noqa: BLE001 - reported below
-                    have = "plistlib failed: %s" % error
-                if have != want:
-                    wrong.append(path)
-                    print("WRITTEN %s (%s)\n  library:  %s\n  plistlib: %s"
-                          % (Path(path).name, zone, want, have))
-            print("%s: %d lists written, %d read back by plistlib as written"
-                  % (zone, len(written), len(written) - len(wrong)))
+                readers = [("plistlib", path)]
+                if form == "binary" and plistutil:
+                    again = path + ".libplist"
+                    subprocess.run([plistutil, "-i", path, "-o", again, "-f", "bin"], check=False)
+                    readers.append(("plistutil", again))
+                for reader, file in readers:
+                    try:
+                        data = Path(file).read_bytes()
+                        if form == "binary" and not data.startswith(b"bplist00"):
+                            raise ValueError("not a binary list")
+                        have = canon(plistlib.loads(data))
+                    except Exception as error:  # noqa: BLE001 - reported below
+                        have = "%s failed: %s" % (reader, error)
+                    if have != want:
+                        wrong.append(path)
+                        print("WRITTEN %s (%s, %s)\n  library:  %s\n  %s: %s"
+                              % (Path(path).name, form, zone, want, reader, have))
+            print("%s %s: %d lists written, %d read back by plistlib%s as written"
+                  % (form, zone, len(written), len(written) - len(set(wrong)),
+                     " and plistutil" if form == "binary" and plistutil else ""))
             if wrong or run.returncode != 0 or len(written) != 200:
                 status = 1
     return status
