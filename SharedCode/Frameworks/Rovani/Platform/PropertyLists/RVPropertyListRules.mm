@@ -256,7 +256,9 @@ bool RVPropertyListRefusal::Number(id number) {
   if ([number isKindOfClass:[NSDecimalNumber class]])
     return Refuse("the decimal number " + std::string([[number descriptionWithLocale:nil] UTF8String]) +
                   ", which no real holds exactly");
-  return Refuse(std::string("a number of type \"") + [number objCType] + "\", which has no exact form");
+  const char* type = [number objCType];
+  return Refuse(std::string("a number of type \"") + (type != nullptr ? type : "") +
+                "\", which has no exact form");
 }
 
 bool RVPropertyListRefusal::TooDeep() {

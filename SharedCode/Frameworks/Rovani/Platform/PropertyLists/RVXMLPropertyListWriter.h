@@ -21,7 +21,9 @@
 // - numbers: the platform's booleans and the library's BoolNumber as
 //   <true/>/<false/>; integers of any width up to 64 bits, signed or
 //   unsigned, in decimal; reals (float or double) as the shortest text
-//   that reads back to the same double, or "nan", "inf", "-inf";
+//   that reads back to the same double, or "nan", "inf", "-inf"; an
+//   NSDecimalNumber as a real when a double holds its value exactly
+//   (refused otherwise: never rounded);
 // - dates: in UTC as YYYY-MM-DDTHH:MM:SSZ, floored to the second, for
 //   years 1 to 9999 (others refused);
 // - data: standard Base64 with padding;
@@ -38,7 +40,9 @@
 // version="1.0">, one element a line indented four columns a level with
 // each eight columns as a tab, Base64 on the line after <data>, empty
 // containers as an open and a close tag, no newline after </plist>.
-// *fault, when given, says why a write was refused and names the value.
+// What a list may hold is shared with the binary writer
+// (RVPropertyListRules.h). *fault, when given, says why a write was refused
+// and gives the refused value's key path.
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault = nullptr);
 
 // The same text as data (autoreleased), or nil where the write above
