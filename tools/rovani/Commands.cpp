@@ -143,14 +143,15 @@ int Lint(const Words& args) {
   ExpectOperands(parsed, 1, SIZE_MAX);
   int status = 0;
   for (const std::string& path : parsed.operands) {
-    std::string verdict = "OK";
+    // The error's message starts with the file's name and place.
+    std::string verdict = DisplayName(path) + ": OK";
     try {
       Load(path);
     } catch (InputError& error) {
-      verdict = error.message.substr(DisplayName(path).size() + 2);
+      verdict = error.message;
       status = 1;
     }
-    Write("-", DisplayName(path) + ": " + verdict + "\n");
+    Write("-", verdict + "\n");
   }
   return status;
 }
