@@ -87,6 +87,7 @@ class XMLReader {
     std::vector<id> items;  // values, retained
     std::vector<id> keys;   // keys of a dictionary, retained
     id pendingKey;          // a key waiting for its value, retained
+    size_t start;           // where its start tag begins
   };
 
   // Keeps the first fault (at the current position unless told) and
@@ -387,7 +388,9 @@ class XMLReader {
       SkipSpace();
       if (pos_ >= n_) {
         if (stack_.empty() && root_ == nil) return Fail("expected a value");
-        return Fail(stack_.empty() ? "<plist> is never closed" : "a container that is never closed");
+        if (stack_.empty()) return Fail("<plist> is never closed");
+        return Fail(stack_.back().dictionary ? "<dict> is never closed" : "<array> is never closed",
+                    stack_.back().start);
       }
       if (p_[pos_] != '<') return Fail("text outside a value");
       size_t start = pos_;
@@ -424,7 +427,7 @@ class XMLReader {
           static_assert(kRVPropertyListMaxDepth == 256, "the message names the limit");
           if (stack_.size() >= kRVPropertyListMaxDepth)
             return Fail("containers nested deeper than 256 levels", start);
-          stack_.push_back(Frame{name == "dict", {}, {}, nil});
+          stack_.push_back(Frame{name == "dict", {}, {}, nil, start});
           continue;
         }
       } else if (!ReadLeaf(name, empty, start)) {
