@@ -1,5 +1,10 @@
 #include <Rovani/RVFormatError.h>
 
+RVFormatError::RVFormatError() = default;
+RVFormatError::RVFormatError(const RVFormatError& other) = default;
+RVFormatError::~RVFormatError() = default;
+RVFormatError& RVFormatError::operator=(const RVFormatError& other) = default;
+
 bool RVFormatError::IsError() const { return !message.empty(); }
 
 std::string RVFormatError::Description() const {

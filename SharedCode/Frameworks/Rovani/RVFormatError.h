@@ -45,6 +45,18 @@ class RV_EXPORT RVFormatError {
   /// The format the document was taken for (reading) or written in.
   RVDocumentFormat format = RVDocumentFormat::kNone;
 
+  /// No error.
+  RVFormatError();
+  /// A copy of other.
+  /// \param other the error copied.
+  RVFormatError(const RVFormatError& other);
+  /// Releases the texts.
+  ~RVFormatError();
+  /// Becomes a copy of other.
+  /// \param other the error copied.
+  /// \return this error.
+  RVFormatError& operator=(const RVFormatError& other);
+
   /// Whether an error was recorded.
   /// \return true when message is not empty.
   bool IsError() const;
