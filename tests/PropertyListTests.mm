@@ -153,13 +153,8 @@ TEST(PropertyList, XMLReadsCompletelyOrNotAtAll) {
   EXPECT_EQ(deep.ArrayForKey("a").Count(), 1u);
   EXPECT_FALSE([deep.Ref() isKindOfClass:[NSMutableDictionary class]]);
   EXPECT_TRUE(ReadsEmpty(DataFromText(nested(300))));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key></dict></plist>")));
   EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><string>a</string></dict></plist>")));
   EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict/><dict/></plist>")));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key><integer>1x</integer>"
-                                                 "</dict></plist>")));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>&bogus;</key><true/></dict>"
-                                                 "</plist>")));
 }
 
 
@@ -193,6 +188,10 @@ TEST(PropertyList, ErrorsSayWhereAndWhy) {
        "byte 9: a reference to an object that does not exist"},
       {ToString(BinaryList({std::string("\xA1\x00", 2)})), RVDocumentFormat::kBinaryPropertyList,
        "byte 8: an object that contains itself"},
+      {ToString(BinaryList({"\xD1\x01\x02", "\x10\x05", "\x51v"})),
+       RVDocumentFormat::kBinaryPropertyList, "byte 11: a dictionary key that is not a string"},
+      {ToString(BinaryList({"\x14" + std::string(1, '\x01') + std::string(15, '\0')})),
+       RVDocumentFormat::kBinaryPropertyList, "byte 8: an integer beyond 64 bits"},
       {"bplist00" + std::string(12, '\0'), RVDocumentFormat::kBinaryPropertyList,
        "byte 20: too short for a binary property list"},
       {"{ a = (1, 2; }", RVDocumentFormat::kOpenStepPropertyList, "1:12: expected ',' or ')'"},

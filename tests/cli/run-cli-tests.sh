@@ -107,6 +107,7 @@ echo 'TW*u' > bad.b64
 run 1 base64 decode bad.b64; says err "rovani base64: bad.b64: invalid Base64 character at offset 2"
 run 1 date 'no date'; says err "rovani date: 'no date' is no date"
 run 1 defaults write com.example.tool n -int twelve; says err "rovani defaults: n: 'twelve' is not an integer"
+run 1 defaults write com.example.tool n -json '[1, null]'; says err "rovani defaults: n: "
 
 # Bad usage: exit status 2 and a pointer to the help.
 run 2 frobnicate; says err "rovani: unknown command 'frobnicate'"

@@ -268,7 +268,13 @@ int Defaults(const Words& args) {
 
   if (action == "write") {
     const std::string& key = operands[1];
-    std::unique_ptr<RVObject> value(About(key, [&] { return Typed(type, operands[2]); }));
+    std::unique_ptr<RVObject> value(About(key, [&] {
+      std::unique_ptr<RVObject> typed(Typed(type, operands[2]));
+      // The store keeps property lists: the writer refuses (with the key
+      // path) what it cannot hold, such as null.
+      WriteDocument(*typed, Format::XmlPropertyList);
+      return typed.release();
+    }));
     store.SetObjectForKey(*value, FromUtf8(key));
     synchronize();
     return 0;
