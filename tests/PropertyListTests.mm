@@ -269,4 +269,20 @@ TEST(PropertyList, JsonAndPropertyListsAgreeExactly) {
   EXPECT_EQ(error.format, RVDocumentFormat::kOpenStepPropertyList);
 }
 
+
+// One nesting limit: 256 levels of containers read in every text format,
+// 257 are refused.
+TEST(PropertyList, EveryFormatNestsTheSameDepth) {
+  RVAutoreleasePool pool;
+  for (size_t levels : {256, 257}) {
+    std::string xml = "<plist>", openStep, json;
+    for (size_t i = 0; i < levels; ++i) xml += "<array>", openStep += "(", json += "[";
+    for (size_t i = 0; i < levels; ++i) xml += "</array>", openStep += ")", json += "]";
+    xml += "</plist>";
+    EXPECT_EQ(RVPropertyList::Read(xml) != nullptr, levels == 256) << levels;
+    EXPECT_EQ(RVPropertyList::Read(openStep) != nullptr, levels == 256) << levels;
+    EXPECT_EQ(RVJsonDocument::Parse(json) != nullptr, levels == 256) << levels;
+  }
+}
+
 }  // namespace

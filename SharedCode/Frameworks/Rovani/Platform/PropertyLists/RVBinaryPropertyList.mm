@@ -153,9 +153,6 @@ class BinaryReader {
     size_t position;
     if (!OffsetOf(index, &position)) return nil;
     if (state_[index] == kBuilding) return Fail("an object that contains itself", position), nil;
-    static_assert(kRVPropertyListMaxDepth == 256, "the message names the limit");
-    if (depth > kRVPropertyListMaxDepth)
-      return Fail("containers nested deeper than 256 levels", position), nil;
     state_[index] = kBuilding;
     id made = Make(position, depth);
     if (made == nil) return nil;
@@ -235,9 +232,13 @@ class BinaryReader {
         return text;
       }
       case 0xA:
-        return MakeArray(position, low, depth);
       case 0xD:
-        return MakeDictionary(position, low, depth);
+        // The root is at depth 0: at most kRVPropertyListMaxDepth levels of
+        // containers, as every reader and writer counts them.
+        static_assert(kRVPropertyListMaxDepth == 256, "the message names the limit");
+        if (depth >= kRVPropertyListMaxDepth)
+          return Fail("containers nested deeper than 256 levels", position), nil;
+        return high == 0xA ? MakeArray(position, low, depth) : MakeDictionary(position, low, depth);
       default:
         // UIDs, sets and unassigned markers.
         return Fail("an object of a kind a property list cannot hold", position), nil;
