@@ -442,7 +442,7 @@ int Date(const Words& args) {
 
 const Command kCommands[] = {
     {"convert", Convert, "binary|xml|json IN [-o OUT] [--dates-as-text] [--data-as-base64]",
-     "convert a settings document to a binary or XML property list or to JSON",
+     "convert a settings document to binary, XML or JSON",
      "Reads IN, a property list (XML, binary or OpenStep) or JSON, told apart\n"
      "by its content, and writes it in the format named to OUT (standard\n"
      "output by default). \"-\" means standard input or output. Every value\n"
