@@ -210,6 +210,7 @@ TEST(PropertyList, ErrorsSayWhereAndWhy) {
       {"{\"a\": [1, 18446744073709551616]}", "1:11: a.1: an integer beyond 64 bits"},
       {"{\"k.\\\\\": \"\xC3\"}", "1:10: k\\.\\\\: text that is not UTF-8"},
       {"{} x", "1:4: text after the end of the value"},
+      {"{\"a\": [00]}", "1:8: a.0: not a number as JSON writes one"},
       {deepJson, "1:257: containers nested deeper than 256 levels"},
       {"", "1:1: Syntax error: value, object or array expected."},
   };

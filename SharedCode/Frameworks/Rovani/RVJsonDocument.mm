@@ -63,6 +63,27 @@ size_t TooDeep(const std::string& text) {
   return std::string::npos;
 }
 
+// Whether text[start, limit) is a number as JSON spells one; jsoncpp also
+// takes "-" (as 0), leading zeros and "1.".
+bool IsJsonNumber(const std::string& text, size_t start, size_t limit) {
+  size_t i = start;
+  auto digits = [&] {
+    size_t first = i;
+    while (i < limit && text[i] >= '0' && text[i] <= '9') ++i;
+    return i > first;
+  };
+  if (i < limit && text[i] == '-') ++i;
+  if (i < limit && text[i] == '0') ++i;
+  else if (!digits()) return false;
+  if (i < limit && text[i] == '.' && (++i, !digits())) return false;
+  if (i < limit && (text[i] == 'e' || text[i] == 'E')) {
+    ++i;
+    if (i < limit && (text[i] == '+' || text[i] == '-')) ++i;
+    if (!digits()) return false;
+  }
+  return i == limit;
+}
+
 void AppendKey(std::string* path, const char* key, size_t length) {
   if (!path->empty()) path->push_back('.');
   for (size_t i = 0; i < length; ++i) {
@@ -78,6 +99,10 @@ class Builder {
   // A new object (+1) for value, or nil after Fail.
   id Build(const void* value, std::string* path) {
     RVJsonDescription d = RVJsonDescribe(value);
+    bool number = d.kind == kRVJsonInt || d.kind == kRVJsonInt64 || d.kind == kRVJsonUInt ||
+                  d.kind == kRVJsonUInt64 || d.kind == kRVJsonReal;
+    if (number && !IsJsonNumber(text_, d.start, d.limit))
+      return Fail("not a number as JSON writes one", d.start, *path);
     switch (d.kind) {
       case kRVJsonNull:
         return [[NSNull null] retain];
