@@ -17,6 +17,14 @@
 /// list, "<?", "<!" or "<plist" (after an optional byte-order mark and white
 /// space) an XML list, anything else is OpenStep text. Integers keep every
 /// value of 64 bits, signed or unsigned; text keeps every character.
+///
+/// \code
+/// RVFormatError error;
+/// std::unique_ptr<RVObject> root = RVPropertyList::Read(bytes, &error);
+/// if (root == nullptr) {
+///   std::cerr << "settings.plist:" << error.Description() << "\n";  // 3:14: expected <key>
+/// }
+/// \endcode
 class RV_EXPORT RVPropertyList {
  public:
   /// What a handle of a property-list tree holds.
