@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,10 @@ RVData BinaryList(const std::vector<std::string>& objects, uint64_t claimedCount
   out += BigEndian(claimedCount ? claimedCount : objects.size(), 8) + BigEndian(0, 8) +
          BigEndian(table, 8);
   return DataFromText(out);
+}
+
+std::string ToString(const RVData& data) {
+  return std::string(static_cast<const char*>(data.Bytes()), data.Length());
 }
 
 bool ReadsEmpty(const RVData& data) { return RVDictionary(data).Ref() == nil; }
@@ -148,13 +153,137 @@ TEST(PropertyList, XMLReadsCompletelyOrNotAtAll) {
   EXPECT_EQ(deep.ArrayForKey("a").Count(), 1u);
   EXPECT_FALSE([deep.Ref() isKindOfClass:[NSMutableDictionary class]]);
   EXPECT_TRUE(ReadsEmpty(DataFromText(nested(300))));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key></dict></plist>")));
   EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><string>a</string></dict></plist>")));
   EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict/><dict/></plist>")));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>a</key><integer>1x</integer>"
-                                                 "</dict></plist>")));
-  EXPECT_TRUE(ReadsEmpty(DataFromText(kXMLHead + "<dict><key>&bogus;</key><true/></dict>"
-                                                 "</plist>")));
+}
+
+
+// Each kind of fault in each format, with the place and reason the public
+// readers give.
+TEST(PropertyList, ErrorsSayWhereAndWhy) {
+  struct Case {
+    std::string bytes;
+    RVDocumentFormat format;
+    const char* description;
+  };
+  std::string deepJson(300, '[');
+  std::string deepXML;
+  for (int i = 0; i < 300; ++i) deepXML += "<array>";
+  const Case cases[] = {
+      {"<plist><dict><key>a</key></dict></plist>", RVDocumentFormat::kXMLPropertyList,
+       "1:26: expected a value after <key>"},
+      {"<plist>\n  <dict><key>a</key><integer>12x</integer></dict></plist>",
+       RVDocumentFormat::kXMLPropertyList, "2:21: not an integer of at most 64 bits"},
+      {"<plist><string>\xFF</string></plist>", RVDocumentFormat::kXMLPropertyList,
+       "1:16: a byte that is not UTF-8"},
+      {"<plist><string>&bogus;</string></plist>", RVDocumentFormat::kXMLPropertyList,
+       "1:16: an unknown entity reference"},
+      {"<plist>\r\n<array><true/>", RVDocumentFormat::kXMLPropertyList,
+       "2:1: <array> is never closed"},
+      {"<plist>" + deepXML, RVDocumentFormat::kXMLPropertyList,
+       "1:1800: containers nested deeper than 256 levels"},
+      {ToString(BinaryList({std::string(1, '\0')})), RVDocumentFormat::kBinaryPropertyList,
+       "byte 8: a null or fill object, which a property list cannot hold"},
+      {ToString(BinaryList({"\xA1\x05"})), RVDocumentFormat::kBinaryPropertyList,
+       "byte 9: a reference to an object that does not exist"},
+      {ToString(BinaryList({std::string("\xA1\x00", 2)})), RVDocumentFormat::kBinaryPropertyList,
+       "byte 8: an object that contains itself"},
+      {ToString(BinaryList({"\xD1\x01\x02", "\x10\x05", "\x51v"})),
+       RVDocumentFormat::kBinaryPropertyList, "byte 11: a dictionary key that is not a string"},
+      {ToString(BinaryList({"\x14" + std::string(1, '\x01') + std::string(15, '\0')})),
+       RVDocumentFormat::kBinaryPropertyList, "byte 8: an integer beyond 64 bits"},
+      {"bplist00" + std::string(12, '\0'), RVDocumentFormat::kBinaryPropertyList,
+       "byte 20: too short for a binary property list"},
+      {"{ a = (1, 2; }", RVDocumentFormat::kOpenStepPropertyList, "1:12: expected ',' or ')'"},
+      {"{\n a = \"x; }", RVDocumentFormat::kOpenStepPropertyList,
+       "2:6: a string that is never closed"},
+  };
+  for (const Case& c : cases) {
+    RVFormatError error;
+    EXPECT_EQ(RVPropertyList::Read(c.bytes, &error), nullptr) << c.description;
+    EXPECT_EQ(error.Description(), c.description);
+    EXPECT_EQ(error.format, c.format) << c.description;
+  }
+
+  const std::pair<std::string, const char*> json[] = {
+      {"{\"a\": 1,\n  \"b\" }", "2:7: Missing ':' after object member name"},
+      {"{\"a\": [1, 18446744073709551616]}", "1:11: a.1: an integer beyond 64 bits"},
+      {"{\"k.\\\\\": \"\xC3\"}", "1:10: k\\.\\\\: text that is not UTF-8"},
+      {"{} x", "1:4: text after the end of the value"},
+      {"{\"a\": [00]}", "1:8: a.0: not a number as JSON writes one"},
+      {deepJson, "1:257: containers nested deeper than 256 levels"},
+      {"", "1:1: Syntax error: value, object or array expected."},
+  };
+  for (const auto& c : json) {
+    RVFormatError error;
+    EXPECT_EQ(RVJsonDocument::Parse(c.first, &error), nullptr) << c.second;
+    EXPECT_EQ(error.Description(), c.second);
+  }
+
+  // A refused value names the format written; nothing is written.
+  RVFormatError error;
+  EXPECT_EQ(RVPropertyList::Write(RVObject(), RVDocumentFormat::kXMLPropertyList, &error), "");
+  EXPECT_TRUE(error.IsError());
+  EXPECT_EQ(error.format, RVDocumentFormat::kXMLPropertyList);
+}
+
+// JSON comes into a property list exactly, and the formats are told apart.
+TEST(PropertyList, JsonAndPropertyListsAgreeExactly) {
+  RVAutoreleasePool pool;
+  RVFormatError error;
+  std::unique_ptr<RVObject> root = RVJsonDocument::Parse(
+      "[18446744073709551615, -9223372036854775808, 2.5, true, null, [], {},"
+      " {\"\xEF\xBB\xBFk\": \"\xEF\xBB\xBFv\\u0000\"}] // done",
+      &error);
+  ASSERT_NE(root, nullptr) << error.Description();
+  NSArray* list = root->Ref();
+  using Kind = RVPropertyList::Kind;
+  const Kind kinds[] = {Kind::kUnsignedInteger, Kind::kInteger, Kind::kReal, Kind::kBoolean,
+                        Kind::kNull, Kind::kArray, Kind::kDictionary, Kind::kDictionary};
+  ASSERT_EQ([list count], 8u);
+  for (NSUInteger i = 0; i < 8; ++i) {
+    std::unique_ptr<RVObject> item(RVObject::Create([list objectAtIndex:i]));
+    EXPECT_EQ(RVPropertyList::KindOf(*item), kinds[i]) << i;
+  }
+  EXPECT_EQ([[list objectAtIndex:0] unsignedLongLongValue], UINT64_MAX);
+  EXPECT_EQ([[list objectAtIndex:1] longLongValue], INT64_MIN);
+  NSDictionary* marked = [list objectAtIndex:7];
+  NSString* key = [[marked allKeys] objectAtIndex:0];
+  ASSERT_EQ([key length], 2u);
+  EXPECT_EQ([key characterAtIndex:0], 0xFEFF);
+  NSString* value = [marked objectForKey:key];
+  ASSERT_EQ([value length], 3u);
+  EXPECT_EQ([value characterAtIndex:0], 0xFEFF);
+  EXPECT_EQ([value characterAtIndex:2], 0);
+
+  // Through XML and back: every integer and mark as it was.
+  NSArray* plain = [list subarrayWithRange:NSMakeRange(0, 4)];
+  std::string xml = RVPropertyList::Write(RVArray(plain), RVDocumentFormat::kXMLPropertyList, &error);
+  ASSERT_FALSE(error.IsError()) << error.Description();
+  std::unique_ptr<RVObject> back = RVPropertyList::Read(xml, &error);
+  ASSERT_NE(back, nullptr) << error.Description();
+  EXPECT_EQ(error.format, RVDocumentFormat::kXMLPropertyList);
+  EXPECT_TRUE([back->Ref() isEqual:plain]);
+  EXPECT_EQ([[back->Ref() objectAtIndex:0] unsignedLongLongValue], UINT64_MAX);
+  std::unique_ptr<RVObject> text = RVPropertyList::Read("{ a = (1, \"x\"); }", &error);
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(error.format, RVDocumentFormat::kOpenStepPropertyList);
+}
+
+
+// One nesting limit: 256 levels of containers read in every text format,
+// 257 are refused.
+TEST(PropertyList, EveryFormatNestsTheSameDepth) {
+  RVAutoreleasePool pool;
+  for (size_t levels : {256, 257}) {
+    std::string xml = "<plist>", openStep, json;
+    for (size_t i = 0; i < levels; ++i) xml += "<array>", openStep += "(", json += "[";
+    for (size_t i = 0; i < levels; ++i) xml += "</array>", openStep += ")", json += "]";
+    xml += "</plist>";
+    EXPECT_EQ(RVPropertyList::Read(xml) != nullptr, levels == 256) << levels;
+    EXPECT_EQ(RVPropertyList::Read(openStep) != nullptr, levels == 256) << levels;
+    EXPECT_EQ(RVJsonDocument::Parse(json) != nullptr, levels == 256) << levels;
+  }
 }
 
 }  // namespace

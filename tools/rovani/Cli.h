@@ -36,39 +36,32 @@ std::string DisplayName(const std::string& path);
 std::string Utf8(const RVString& text);
 RVString FromUtf8(const std::string& bytes);
 
-// ---- JsonSyntax.cpp
-// Checks JSON text strictly (comments allowed, as the library's reader
-// allows them) and the rules this program puts on documents: an object at
-// the top, nothing the library's trees cannot hold (null, an empty array or
-// an empty object inside an array; a NUL character in a string), and,
-// when the document is to become a property list, no null anywhere.
-// Throws InputError naming the line and column or the key path.
-// objectOnly false lets any value stand at the top.
-void CheckJson(const std::string& text, bool forPropertyList, bool objectOnly = true);
-// The offset of the first byte that does not belong to UTF-8 text, or npos.
-size_t FirstNonUtf8(const std::string& bytes);
-// A key path in messages: a.b, a["odd key"], a.list[2].
-std::string MemberPath(const std::string& path, const std::string& key);
-
 // ---- Documents.cpp
-enum class Format { Json, PropertyList };
+enum class Format { Json, XmlPropertyList, BinaryPropertyList, OpenStepPropertyList };
 
-// What a document's bytes are: a property list when the first character
-// that is not white space is "<", JSON otherwise.
-Format Recognise(const std::string& bytes);
+struct Document {
+  std::unique_ptr<RVObject> root;
+  Format format;
+};
 
-// The document's root dictionary as the library reads it: booleans are the
-// library's own from JSON and the platform's boolean numbers from a
-// property list. Throws InputError with the reason.
-RVDictionary LoadDocument(const std::string& bytes, bool forPropertyList);
-// The document in the other form's bytes. Throws InputError saying which
-// value cannot be written and where.
-std::string ToJson(const RVDictionary& root);
-std::string ToPropertyList(const RVDictionary& root);
+// Any format, told apart by content; the root may be any value. Throws
+// InputError whose message is the place and reason ("3:14: expected a
+// value", "byte 40: ...").
+Document ReadDocument(const std::string& bytes);
 
-// One JSON value of any kind, ready for a property list (booleans as the
-// platform's, empty collections as real ones). Throws InputError.
-std::unique_ptr<RVObject> JsonValueForPropertyList(const std::string& text);
+struct JsonOptions {
+  bool datesAsText = false;   // dates as ISO 8601 text, one way
+  bool dataAsBase64 = false;  // data as Base64 text, one way
+};
+
+// root in format (Json, XmlPropertyList or BinaryPropertyList); throws
+// InputError naming the refused value's key path ("servers.2.name: a null
+// value").
+std::string WriteDocument(const RVObject& root, Format format, const JsonOptions& options = {});
+
+// One JSON value of any kind (containers included), 64-bit integers exact,
+// ready for a property list. Throws InputError with the place.
+std::unique_ptr<RVObject> ParseJsonValue(const std::string& text);
 
 // The tree as print shows it: one value per line with its kind, indented by
 // depth, keys sorted.

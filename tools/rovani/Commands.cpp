@@ -87,8 +87,16 @@ auto About(const std::string& path, Work work) -> decltype(work()) {
   }
 }
 
-RVDictionary Load(const std::string& path, bool forPropertyList) {
-  return About(path, [&] { return LoadDocument(ReadInput(path), forPropertyList); });
+// A document's bytes, read and parsed. A place in text follows the file's
+// name as compilers write it: FILE:LINE:COLUMN: message.
+Document Load(const std::string& path) {
+  std::string bytes = About(path, [&] { return ReadInput(path); });
+  try {
+    return ReadDocument(bytes);
+  } catch (InputError& error) {
+    bool place = !error.message.empty() && error.message[0] >= '1' && error.message[0] <= '9';
+    throw InputError{DisplayName(path) + (place ? ":" : ": ") + error.message};
+  }
 }
 
 void Write(const std::string& path, const std::string& bytes) {
@@ -98,19 +106,26 @@ void Write(const std::string& path, const std::string& bytes) {
 // ---- convert, print, lint
 
 int Convert(const Words& args) {
-  Parsed parsed = ParseWords(args, {"--output"}, {}, {{"-o", "--output"}});
+  Parsed parsed = ParseWords(args, {"--output"}, {"--dates-as-text", "--data-as-base64"},
+                             {{"-o", "--output"}});
   ExpectOperands(parsed, 2, 2);
-  const std::string& format = parsed.operands[0];
-  if (format != "json" && format != "xml") {
-    throw UsageError{"unknown format '" + format + "' (json or xml)"};
+  const std::string& name = parsed.operands[0];
+  Format format;
+  if (name == "json") format = Format::Json;
+  else if (name == "xml") format = Format::XmlPropertyList;
+  else if (name == "binary") format = Format::BinaryPropertyList;
+  else throw UsageError{"unknown format '" + name + "' (binary, xml or json)"};
+  JsonOptions options;
+  options.datesAsText = parsed.Option("--dates-as-text") != nullptr;
+  options.dataAsBase64 = parsed.Option("--data-as-base64") != nullptr;
+  if (format != Format::Json && (options.datesAsText || options.dataAsBase64)) {
+    throw UsageError{"--dates-as-text and --data-as-base64 are for json only"};
   }
   const std::string* output = parsed.Option("--output");
   std::string out = output != nullptr ? *output : "-";
   const std::string& in = parsed.operands[1];
-  std::string converted = About(in, [&] {
-    RVDictionary root = LoadDocument(ReadInput(in), format == "xml");
-    return format == "json" ? ToJson(root) : ToPropertyList(root);
-  });
+  Document document = Load(in);
+  std::string converted = About(in, [&] { return WriteDocument(*document.root, format, options); });
   Write(out, converted);
   return 0;
 }
@@ -118,8 +133,8 @@ int Convert(const Words& args) {
 int Print(const Words& args) {
   Parsed parsed = ParseWords(args, {});
   ExpectOperands(parsed, 1, 1);
-  RVDictionary root = Load(parsed.operands[0], false);
-  Write("-", About(parsed.operands[0], [&] { return Describe(root); }));
+  Document document = Load(parsed.operands[0]);
+  Write("-", Describe(*document.root));
   return 0;
 }
 
@@ -128,14 +143,15 @@ int Lint(const Words& args) {
   ExpectOperands(parsed, 1, SIZE_MAX);
   int status = 0;
   for (const std::string& path : parsed.operands) {
-    std::string verdict = "OK";
+    // The error's message starts with the file's name and place.
+    std::string verdict = DisplayName(path) + ": OK";
     try {
-      Load(path, false);
+      Load(path);
     } catch (InputError& error) {
-      verdict = error.message.substr(DisplayName(path).size() + 2);
+      verdict = error.message;
       status = 1;
     }
-    Write("-", DisplayName(path) + ": " + verdict + "\n");
+    Write("-", verdict + "\n");
   }
   return status;
 }
@@ -179,7 +195,7 @@ RVObject* Typed(const std::string& type, const std::string& text) {
     if (word == "false" || word == "no" || word == "0") return new RVNumber(false);
     throw InputError{"'" + text + "' is not a boolean (true, false, yes, no, 1 or 0)"};
   }
-  return JsonValueForPropertyList(text).release();  // -json
+  return ParseJsonValue(text).release();  // -json
 }
 
 int Defaults(const Words& args) {
@@ -252,7 +268,13 @@ int Defaults(const Words& args) {
 
   if (action == "write") {
     const std::string& key = operands[1];
-    std::unique_ptr<RVObject> value(About(key, [&] { return Typed(type, operands[2]); }));
+    std::unique_ptr<RVObject> value(About(key, [&] {
+      std::unique_ptr<RVObject> typed(Typed(type, operands[2]));
+      // The store keeps property lists: the writer refuses (with the key
+      // path) what it cannot hold, such as null.
+      WriteDocument(*typed, Format::XmlPropertyList);
+      return typed.release();
+    }));
     store.SetObjectForKey(*value, FromUtf8(key));
     synchronize();
     return 0;
@@ -419,27 +441,35 @@ int Date(const Words& args) {
 }  // namespace
 
 const Command kCommands[] = {
-    {"convert", Convert, "json|xml IN [-o OUT]",
-     "convert a settings document to JSON or to an XML property list",
-     "Reads IN, a JSON document or an XML property list (told apart by its\n"
-     "content), and writes it as JSON or as an XML property list to OUT\n"
-     "(standard output by default). \"-\" means standard input or output.\n"
-     "Booleans stay booleans, integers integers and reals reals, and text keeps\n"
-     "every character. The top level must be an object. What a property list\n"
-     "cannot hold is refused with its key path: null, control characters other\n"
-     "than tab, LF and CR, U+FFFE and U+FFFF, dates outside the years 1 to 9999.\n"
+    {"convert", Convert, "binary|xml|json IN [-o OUT] [--dates-as-text] [--data-as-base64]",
+     "convert a settings document to binary, XML or JSON",
+     "Reads IN, a property list (XML, binary or OpenStep) or JSON, told apart\n"
+     "by its content, and writes it in the format named to OUT (standard\n"
+     "output by default). \"-\" means standard input or output. Every value\n"
+     "comes through exactly: booleans stay booleans, integers of up to 64 bits\n"
+     "(signed or unsigned) keep their value, reals reals, and text keeps every\n"
+     "character. What the target cannot hold is refused with its key path\n"
+     "(keys joined by \".\", array elements by index): in a property list null,\n"
+     "control characters other than tab, LF and CR, U+FFFE and U+FFFF, dates\n"
+     "outside the years 1 to 9999; in JSON dates and data, unless asked for as\n"
+     "text. A document that does not parse is refused with its place:\n"
+     "FILE:LINE:COLUMN for text, FILE: byte N for a binary list.\n"
      "\n"
-     "  -o, --output OUT   write to OUT instead of standard output\n"
+     "  -o, --output OUT     write to OUT instead of standard output\n"
+     "  --dates-as-text      json: dates as ISO 8601 text (2026-11-25T10:30:05Z)\n"
+     "  --data-as-base64     json: data as Base64 text\n"
+     "Both are one way: the text reads back as strings, not as dates or data.\n"
      "\n"
-     "Example: rovani convert xml examples/settings.json -o settings.plist\n"},
+     "Example: rovani convert binary examples/settings.json -o settings.plist\n"
+     "Error:   rovani convert: bad.json:2:7: Missing ':' after object member name\n"},
     {"print", Print, "IN", "print a settings document as an indented tree",
-     "Prints the tree of IN (JSON or XML property list, \"-\" for standard\n"
+     "Prints the tree of IN (any property list or JSON, \"-\" for standard\n"
      "input), one value per line with its kind, keys sorted.\n"
      "\n"
      "Example: rovani print examples/settings.plist\n"},
     {"lint", Lint, "IN...", "check that settings documents parse",
-     "Prints \"FILE: OK\" or \"FILE: <why>\" for each file; the exit status is 1\n"
-     "when any failed.\n"
+     "Prints \"FILE: OK\" or \"FILE: <where>: <why>\" for each file (any property\n"
+     "list or JSON); the exit status is 1 when any failed.\n"
      "\n"
      "Example: rovani lint examples/settings.json examples/settings.plist\n"},
     {"defaults", Defaults, "read|write|delete [--all-users] DOMAIN [KEY [TYPE] VALUE]",

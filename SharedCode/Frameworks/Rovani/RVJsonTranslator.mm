@@ -20,6 +20,7 @@
 #include "Platform/Runtime/RVHandleTable.h"
 #include "Platform/Json/RVJsonValue.h"
 #include "Platform/Runtime/RVScalars.h"
+#include "Platform/Text/RVUTF8.h"
 
 namespace {
 
@@ -27,24 +28,9 @@ namespace {
 // Handles to JSON
 
 // Class types are interned strings: comparing against these is cheap.
-const RVString& ArrayType() {
-  static const RVString type = RVArray::ClassType();
-  return type;
-}
-const RVString& DictionaryType() {
-  static const RVString type = RVDictionary::ClassType();
-  return type;
-}
-const RVString& NumberType() {
-  static const RVString type = RVNumber::ClassType();
-  return type;
-}
-const RVString& StringType() {
-  static const RVString type = RVString::ClassType();
-  return type;
-}
-const RVString& BoolType() {
-  static const RVString type = RVBool::ClassType();
+template <typename Handle>
+const RVString& TypeOf() {
+  static const RVString type = Handle::ClassType();
   return type;
 }
 
@@ -59,14 +45,7 @@ std::string LossyUtf8CText(NSString* string) {
 }
 
 // What a node of the tree is written as.
-enum NodeKind : unsigned char {
-  kNodeNull,
-  kNodeArray,
-  kNodeDictionary,
-  kNodeNumber,
-  kNodeString,
-  kNodeBool
-};
+enum NodeKind : unsigned char { kNodeNull, kNodeArray, kNodeDictionary, kNodeNumber, kNodeString, kNodeBool };
 
 // Walks a Foundation tree into a jsoncpp value. Every node is written as the
 // handle the factory would make for it: an object's kind is that handle's
@@ -78,18 +57,13 @@ class TreeWriter {
 
   // The root is written by its handle's own class, whatever it holds.
   void WriteRoot(void* slot, const RVObject& node) {
-    if (node.IsTypeOfClass(ArrayType()))
-      Write(slot, node.Ref(), kNodeArray);
-    else if (node.IsTypeOfClass(DictionaryType()))
-      Write(slot, node.Ref(), kNodeDictionary);
-    else if (node.IsTypeOfClass(NumberType()))
-      Write(slot, node.Ref(), kNodeNumber);
-    else if (node.IsTypeOfClass(StringType()))
-      Write(slot, node.Ref(), kNodeString);
-    else if (node.IsTypeOfClass(BoolType()))
-      Write(slot, node.Ref(), kNodeBool);
-    else
-      Write(slot, node.Ref(), kNodeNull);
+    NodeKind kind = node.IsTypeOfClass(TypeOf<RVArray>())        ? kNodeArray
+                    : node.IsTypeOfClass(TypeOf<RVDictionary>()) ? kNodeDictionary
+                    : node.IsTypeOfClass(TypeOf<RVNumber>())     ? kNodeNumber
+                    : node.IsTypeOfClass(TypeOf<RVString>())     ? kNodeString
+                    : node.IsTypeOfClass(TypeOf<RVBool>())       ? kNodeBool
+                                                                 : kNodeNull;
+    Write(slot, node.Ref(), kind);
   }
 
  private:
@@ -164,22 +138,11 @@ class TreeWriter {
     for (NSUInteger i = 0; i < length; ++i) {
       unsigned int c = characters_[i];
       if (c == 0) break;
-      if (c < 0x80) {
-        text_.push_back(static_cast<char>(c));
-      } else if (c < 0x800) {
-        text_.push_back(static_cast<char>(0xC0 | (c >> 6)));
-        text_.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-      } else if (c < 0xD800 || c > 0xDFFF) {
-        text_.push_back(static_cast<char>(0xE0 | (c >> 12)));
-        text_.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        text_.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+      if (c < 0xD800 || c > 0xDFFF) {
+        RVAppendUTF8(&text_, c);
       } else if (c < 0xDC00 && i + 1 < length && characters_[i + 1] >= 0xDC00 &&
                  characters_[i + 1] <= 0xDFFF) {
-        unsigned int point = 0x10000 + ((c - 0xD800) << 10) + (characters_[++i] - 0xDC00);
-        text_.push_back(static_cast<char>(0xF0 | (point >> 18)));
-        text_.push_back(static_cast<char>(0x80 | ((point >> 12) & 0x3F)));
-        text_.push_back(static_cast<char>(0x80 | ((point >> 6) & 0x3F)));
-        text_.push_back(static_cast<char>(0x80 | (point & 0x3F)));
+        RVAppendUTF8(&text_, 0x10000 + ((c - 0xD800) << 10) + (characters_[++i] - 0xDC00));
       } else {
         text_ = LossyUtf8CText(string);
         break;

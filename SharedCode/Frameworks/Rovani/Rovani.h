@@ -28,6 +28,9 @@
 #include <Rovani/RVAutoreleasePool.h>
 #include <Rovani/RVUserDefaults.h>
 #include <Rovani/RVJsonTranslator.h>
+#include <Rovani/RVFormatError.h>
+#include <Rovani/RVPropertyList.h>
+#include <Rovani/RVJsonDocument.h>
 #include <Rovani/Base64Encoding.h>
 
 #endif

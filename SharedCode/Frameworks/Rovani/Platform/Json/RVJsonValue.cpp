@@ -2,6 +2,8 @@
 // RVJsonValue.h for why this file is plain C++.
 #include "Platform/Json/RVJsonValue.h"
 
+#include <exception>
+
 #include <json/reader.h>
 #include <json/value.h>
 #include <json/writer.h>
@@ -26,6 +28,30 @@ void* RVJsonParse(const char* begin, const char* end) {
   return nullptr;
 }
 
+void* RVJsonParseWithReason(const char* begin, const char* end, std::string* reason,
+                            size_t* offset) {
+  Json::Value* root = nullptr;
+  *offset = 0;
+  try {
+    root = new Json::Value(Json::nullValue);
+    Json::Reader reader;
+    if (reader.parse(begin, end, *root, true)) return root;
+    std::vector<Json::Reader::StructuredError> errors = reader.getStructuredErrors();
+    if (!errors.empty()) {
+      *reason = errors.front().message;
+      *offset = static_cast<size_t>(errors.front().offset_start);
+    } else {
+      *reason = "not JSON";
+    }
+  } catch (std::exception& error) {
+    *reason = error.what();
+  } catch (...) {
+    *reason = "not JSON";
+  }
+  delete root;
+  return nullptr;
+}
+
 void RVJsonDelete(void* value) { delete AsValue(value); }
 
 RVJsonDescription RVJsonDescribe(const void* opaque) {
@@ -33,6 +59,8 @@ RVJsonDescription RVJsonDescribe(const void* opaque) {
   const Json::Value* value = AsValue(opaque);
   if (value == nullptr) return description;
   try {
+    description.start = static_cast<size_t>(value->getOffsetStart());
+    description.limit = static_cast<size_t>(value->getOffsetLimit());
     switch (value->type()) {
       case Json::nullValue:
         description.kind = kRVJsonNull;
@@ -55,8 +83,9 @@ RVJsonDescription RVJsonDescribe(const void* opaque) {
         const char* begin = "";
         const char* end = nullptr;
         // The stored text is NUL-terminated, so begin reads as a C string.
-        if (!value->getString(&begin, &end)) begin = "";
+        if (!value->getString(&begin, &end)) begin = end = "";
         description.text = begin;
+        description.length = static_cast<size_t>(end - begin);
         break;
       }
       case Json::booleanValue:
@@ -104,7 +133,8 @@ void RVJsonChildren(const void* opaque, std::vector<RVJsonChild>* children) {
       for (Json::Value::const_iterator it = value->begin(); it != value->end(); ++it) {
         const char* end = nullptr;
         const char* name = it.memberName(&end);
-        children->push_back({name != nullptr ? name : "", &*it});
+        if (name == nullptr) name = end = "";
+        children->push_back({name, &*it, static_cast<size_t>(end - name)});
       }
     }
   } catch (...) {

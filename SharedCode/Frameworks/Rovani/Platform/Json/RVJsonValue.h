@@ -35,7 +35,12 @@ struct RVJsonDescription {
   double real = 0;
   bool boolean = false;
   const char* text = nullptr;  // NUL-terminated, owned by the value
+  size_t length = 0;           // the text's bytes, NULs inside included
   size_t count = 0;
+  // Where the value stands in the text it was parsed from: the offsets of
+  // its first byte and of the byte after it (0 for values built by hand).
+  size_t start = 0;
+  size_t limit = 0;
 };
 
 // One element of an array (name null) or one member of an object, in the
@@ -44,12 +49,18 @@ struct RVJsonDescription {
 struct RVJsonChild {
   const char* name;
   const void* value;
+  size_t nameLength = 0;  // the name's bytes, NULs inside included
 };
 
 // Parsing with jsoncpp's Reader (its default features, comments collected).
 // A new root the caller frees with RVJsonDelete, or null when the reader
 // refuses the text or throws.
 void* RVJsonParse(const char* begin, const char* end);
+// The same, and when the reader refuses the text, the reason it gives
+// (its first structured error) and the offset that error starts at. Text
+// after the value is the caller's to check.
+void* RVJsonParseWithReason(const char* begin, const char* end, std::string* reason,
+                            size_t* offset);
 void RVJsonDelete(void* value);
 
 RVJsonDescription RVJsonDescribe(const void* value);

@@ -6,13 +6,17 @@
 
 #include <cstddef>
 
+#include "Platform/PropertyLists/RVFormatFault.h"
+
 // The property list held in length bytes of binary property-list data,
 // immutable and autoreleased, or nil when the data is not one the reader can
 // prove well-formed: every offset and reference inside the data, offsets and
 // references of 1 to 8 bytes, counts that fit the data, no object that
 // contains itself, dictionary keys that are strings, nesting within
 // kRVPropertyListMaxDepth. Nulls, UIDs and sets have no place in the
-// library's property lists and make the whole list unreadable.
-id RVBinaryPropertyListRead(const unsigned char* bytes, size_t length);
+// library's property lists and make the whole list unreadable. *fault, when
+// given, says why and at which byte offset.
+id RVBinaryPropertyListRead(const unsigned char* bytes, size_t length,
+                            RVFormatFault* fault = nullptr);
 
 #endif

@@ -8,6 +8,8 @@
 
 #include <cstddef>
 
+#include "Platform/PropertyLists/RVFormatFault.h"
+
 // Bounds on what a property list read from untrusted bytes may cost. Input
 // beyond them is unreadable: refused before anything is built.
 constexpr size_t kRVPropertyListMaxBytes = 64u << 20;  // input size
@@ -15,19 +17,26 @@ constexpr unsigned kRVPropertyListMaxDepth = 256;      // nested containers
 constexpr size_t kRVPropertyListMaxObjects = 1u << 20; // objects in one list
 
 // Runs one of the library's own readers over bytes within the size bound:
-// Reader(bytes, length).ReadRoot() answers the root (+1) or raises. The root
-// comes back autoreleased; a raise, or bytes over the bound, give nil, and
-// what the reader made on the way is drained with its own pool.
+// Reader(bytes, length).ReadRoot() answers the root (+1), or nil after
+// which Report(fault) says why and where, or raises. The root comes back
+// autoreleased; a raise, or bytes over the bound, give nil, and what the
+// reader made on the way is drained with its own pool.
 template <typename Reader>
-id RVReadPropertyListWith(const unsigned char* bytes, size_t length) {
-  if (bytes == nullptr || length > kRVPropertyListMaxBytes) return nil;
+id RVReadPropertyListWith(const unsigned char* bytes, size_t length, RVFormatFault* fault) {
+  if (fault != nullptr) fault->Clear();
+  if (bytes == nullptr || length > kRVPropertyListMaxBytes) {
+    if (fault != nullptr) fault->message = "larger than a property list may be";
+    return nil;
+  }
   id root = nil;
   @autoreleasepool {
     @try {
       Reader reader(bytes, length);
       root = reader.ReadRoot();
+      if (root == nil && fault != nullptr) reader.Report(fault);
     } @catch (NSException*) {
       root = nil;
+      if (fault != nullptr) fault->message = "the platform refused a value";
     }
   }
   return [root autorelease];
@@ -57,7 +66,12 @@ NSData* RVPropertyListXMLData(id list);
 //   serialisation format included, is unreadable.
 // Text ending in a zero byte is read up to its first zero byte, as a C
 // string would be.
-id RVPropertyListFromBytes(const void* bytes, size_t length);
+//
+// *fault, when given, says why the bytes were refused and where, and
+// *format (when given) which format the bytes were taken for.
+enum RVPropertyListKind { kRVPropertyListXML, kRVPropertyListBinary, kRVPropertyListOpenStep };
+id RVPropertyListFromBytes(const void* bytes, size_t length, RVFormatFault* fault = nullptr,
+                           RVPropertyListKind* format = nullptr);
 
 // The property list in the file at path, as RVPropertyListFromBytes reads
 // it; nil when the file cannot be read, is not a regular file or is larger

@@ -1,19 +1,21 @@
 #import <Foundation/Foundation.h>
 
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "Platform/Text/RVBase64Alphabet.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyList.h"
+#include "Platform/PropertyLists/RVXMLPropertyListValues.h"
+#include "Platform/Text/RVUTF8.h"
 
 // A small, non-recursive reader of the XML property-list vocabulary: open
 // containers live on an explicit stack bounded by the depth limit, and every
-// position is checked against the end of the input before it is read.
+// position is checked against the end of the input before it is read. The
+// first fault found is kept with its offset, for the caller's line and
+// column.
 
 namespace {
 
@@ -24,195 +26,15 @@ bool IsNameChar(unsigned char c) {
          c == '_' || c == '-' || c == '.' || c == ':' || c >= 0x80;
 }
 
-std::string Trimmed(const std::string& text) {
-  size_t first = 0, last = text.size();
-  while (first < last && IsSpace(text[first])) ++first;
-  while (last > first && IsSpace(text[last - 1])) --last;
-  return text.substr(first, last - first);
-}
-
-void AppendUTF8(std::string* out, uint32_t c) {
-  if (c < 0x80) {
-    out->push_back(static_cast<char>(c));
-  } else if (c < 0x800) {
-    out->push_back(static_cast<char>(0xC0 | (c >> 6)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
-  } else if (c < 0x10000) {
-    out->push_back(static_cast<char>(0xE0 | (c >> 12)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
-  } else {
-    out->push_back(static_cast<char>(0xF0 | (c >> 18)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
-  }
+bool IsBlank(const std::string& text) {
+  for (char c : text)
+    if (!IsSpace(static_cast<unsigned char>(c))) return false;
+  return true;
 }
 
 bool IsXMLChar(uint32_t c) {
   return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) ||
          (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
-}
-
-// <integer>: decimal with an optional sign, or hexadecimal after 0x; any
-// value that fits 64 bits, signed or unsigned.
-id MakeInteger(const std::string& raw) {
-  std::string text = Trimmed(raw);
-  if (text.empty()) return nil;
-  const char* first = text.data();
-  const char* last = first + text.size();
-  int base = 10;
-  bool negative = false;
-  if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
-    base = 16;
-    first += 2;
-  } else if (*first == '-' || *first == '+') {
-    negative = *first == '-';
-    ++first;
-  }
-  if (first == last || *first == '+' || *first == '-') return nil;
-  uint64_t magnitude = 0;
-  auto [end, error] = std::from_chars(first, last, magnitude, base);
-  if (error != std::errc() || end != last) return nil;
-  if (!negative) {
-    if (magnitude <= static_cast<uint64_t>(INT64_MAX))
-      return [[NSNumber alloc] initWithLongLong:static_cast<long long>(magnitude)];
-    return [[NSNumber alloc] initWithUnsignedLongLong:magnitude];
-  }
-  if (magnitude > static_cast<uint64_t>(INT64_MAX) + 1) return nil;
-  return [[NSNumber alloc] initWithLongLong:static_cast<long long>(0 - magnitude)];
-}
-
-id MakeReal(const std::string& raw) {
-  std::string text = Trimmed(raw);
-  const char* first = text.data();
-  const char* last = first + text.size();
-  if (first != last && *first == '+') ++first;
-  if (first == last) return nil;
-  double value = 0;
-  auto [end, error] = std::from_chars(first, last, value);
-  if (error != std::errc() || end != last) return nil;
-  return [[NSNumber alloc] initWithDouble:value];
-}
-
-// Days from 1970-01-01 to the given day of the proleptic Gregorian calendar.
-int64_t DaysFromCivil(int64_t y, unsigned m, unsigned d) {
-  y -= m <= 2;
-  int64_t era = (y >= 0 ? y : y - 399) / 400;
-  unsigned yoe = static_cast<unsigned>(y - era * 400);
-  unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-  unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-  return era * 146097 + static_cast<int64_t>(doe) - 719468;
-}
-
-// <date>: YYYY[-MM[-DD[THH[:MM[:SS]]]]]Z, in UTC.
-id MakeDate(const std::string& raw) {
-  std::string text = Trimmed(raw);
-  size_t at = 0;
-  auto number = [&](size_t digits, int* out) {
-    if (text.size() - at < digits) return false;
-    int value = 0;
-    for (size_t i = 0; i < digits; ++i) {
-      char c = text[at + i];
-      if (c < '0' || c > '9') return false;
-      value = value * 10 + (c - '0');
-    }
-    at += digits;
-    *out = value;
-    return true;
-  };
-  auto separator = [&](char c) {
-    if (at < text.size() && text[at] == c) {
-      ++at;
-      return true;
-    }
-    return false;
-  };
-  int year = 0, month = 1, day = 1, hour = 0, minute = 0, second = 0;
-  if (!number(4, &year)) return nil;
-  if (separator('-')) {
-    if (!number(2, &month)) return nil;
-    if (separator('-')) {
-      if (!number(2, &day)) return nil;
-      if (separator('T')) {
-        if (!number(2, &hour)) return nil;
-        if (separator(':')) {
-          if (!number(2, &minute)) return nil;
-          if (separator(':') && !number(2, &second)) return nil;
-        }
-      }
-    }
-  }
-  if (!separator('Z') || at != text.size()) return nil;
-  static const int kDaysInMonth[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  if (month < 1 || month > 12 || day < 1 || day > kDaysInMonth[month - 1] ||
-      (month == 2 && day == 29 && !leap) || hour > 23 || minute > 59 || second > 59)
-    return nil;
-  int64_t days = DaysFromCivil(year, month, day) - DaysFromCivil(2001, 1, 1);
-  double seconds = static_cast<double>(days * 86400 + hour * 3600 + minute * 60 + second);
-  return [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
-}
-
-// <data>: Base64, white space ignored, padding optional at the very end.
-id MakeData(const std::string& text) {
-  std::vector<unsigned char> bytes;
-  bytes.reserve(text.size() / 4 * 3 + 3);
-  uint32_t group = 0;
-  int filled = 0;
-  bool padded = false;
-  for (unsigned char c : text) {
-    if (IsSpace(c)) continue;
-    unsigned int digit = RVBase64DigitPlusOne(c);
-    if (c == '=') {
-      padded = true;
-      continue;
-    }
-    if (digit == 0) return nil;
-    if (padded) return nil;  // nothing after the padding
-    group = (group << 6) | (digit - 1);
-    if (++filled == 4) {
-      bytes.push_back(static_cast<unsigned char>(group >> 16));
-      bytes.push_back(static_cast<unsigned char>(group >> 8));
-      bytes.push_back(static_cast<unsigned char>(group));
-      group = 0;
-      filled = 0;
-    }
-  }
-  if (filled == 1) return nil;
-  if (filled == 2) bytes.push_back(static_cast<unsigned char>(group >> 4));
-  if (filled == 3) {
-    bytes.push_back(static_cast<unsigned char>(group >> 10));
-    bytes.push_back(static_cast<unsigned char>(group >> 2));
-  }
-  return [[NSData alloc] initWithBytes:bytes.data() length:bytes.size()];
-}
-
-id MakeString(const std::string& text) {
-  // GNUstep answers nil for bytes that are not UTF-8, and drops a leading
-  // U+FEFF as a byte-order mark: leading ones are counted here and put
-  // back through UTF-16, which keeps them.
-  size_t marks = 0;
-  while (text.compare(marks * 3, 3, "\xEF\xBB\xBF") == 0) ++marks;
-  NSString* rest = [[NSString alloc] initWithBytes:text.data() + marks * 3
-                                            length:text.size() - marks * 3
-                                          encoding:NSUTF8StringEncoding];
-  if (marks == 0 || rest == nil) return rest;
-  std::string prefix;
-  for (size_t i = 0; i < marks; ++i) prefix += "\xFF\xFE";
-  NSString* lead = [[NSString alloc] initWithBytes:prefix.data()
-                                            length:prefix.size()
-                                          encoding:NSUTF16LittleEndianStringEncoding];
-  // Appending to a mutable string keeps them; -stringByAppendingString:
-  // would drop them again.
-  NSMutableString* joined = [[NSMutableString alloc] initWithCapacity:marks + [rest length]];
-  [joined appendString:lead];
-  [joined appendString:rest];
-  NSString* whole = [joined copy];
-  [joined release];
-  [lead release];
-  [rest release];
-  return whole;
 }
 
 class XMLReader {
@@ -230,6 +52,8 @@ class XMLReader {
 
   // The root value, retained, or nil.
   id ReadRoot() {
+    size_t bad = RVFirstInvalidUTF8(p_, n_);
+    if (bad != std::string::npos) return Fail("a byte that is not UTF-8", bad), nil;
     if (n_ >= 3 && memcmp(p_, "\xEF\xBB\xBF", 3) == 0) pos_ = 3;
     SkipSpace();
     if (StartsWith("<?xml") && pos_ + 5 < n_ && IsSpace(p_[pos_ + 5])) {
@@ -237,16 +61,24 @@ class XMLReader {
     }
     if (!SkipMisc(true)) return nil;
     if (StartsWith("<plist") && pos_ + 6 < n_ && !IsNameChar(p_[pos_ + 6])) {
+      size_t start = pos_;
       pos_ += 6;
       bool empty;
-      if (!SkipAttributes(&empty) || empty) return nil;
+      if (!SkipAttributes(&empty)) return nil;
+      if (empty) return Fail("an empty <plist/> holds no value", start), nil;
       inPlist_ = true;
     }
-    if (!ReadContent()) return nil;
-    if (!SkipMisc(false) || pos_ != n_ || root_ == nil) return nil;
+    if (!ReadContent() || !SkipMisc(false)) return nil;
+    if (pos_ != n_) return Fail("text after the end of the property list"), nil;
     id root = root_;
     root_ = nil;
     return root;
+  }
+
+  // Why the read failed and where: 1-based line and column.
+  void Report(RVFormatFault* fault) const {
+    fault->message = why_ != nullptr ? why_ : "not a property list";
+    RVLineAndColumn(p_, failAt_ < n_ ? failAt_ : n_, &fault->line, &fault->column);
   }
 
  private:
@@ -255,7 +87,18 @@ class XMLReader {
     std::vector<id> items;  // values, retained
     std::vector<id> keys;   // keys of a dictionary, retained
     id pendingKey;          // a key waiting for its value, retained
+    size_t start;           // where its start tag begins
   };
+
+  // Keeps the first fault (at the current position unless told) and
+  // answers false.
+  bool Fail(const char* why, size_t at = SIZE_MAX) {
+    if (why_ == nullptr) {
+      why_ = why;
+      failAt_ = at == SIZE_MAX ? pos_ : at;
+    }
+    return false;
+  }
 
   bool StartsWith(const char* text) const {
     size_t length = strlen(text);
@@ -266,8 +109,9 @@ class XMLReader {
     while (pos_ < n_ && IsSpace(p_[pos_])) ++pos_;
   }
 
-  // Moves past the next occurrence of terminator; false when there is none.
-  bool SkipPast(const char* terminator) {
+  // Moves past the next occurrence of terminator; a fault naming what was
+  // left open (at its start) when there is none.
+  bool SkipPast(const char* terminator, const char* unclosed, size_t start) {
     size_t length = strlen(terminator);
     while (n_ - pos_ >= length) {
       if (memcmp(p_ + pos_, terminator, length) == 0) {
@@ -276,14 +120,39 @@ class XMLReader {
       }
       ++pos_;
     }
+    return Fail(unclosed, start);
+  }
+
+  // Comments and processing instructions at the current position; false
+  // (with no fault) when there is neither.
+  bool SkipCommentOrInstruction(bool* ok) {
+    size_t start = pos_;
+    if (StartsWith("<!--")) {
+      pos_ += 4;
+      *ok = SkipPast("-->", "a comment that is never closed", start);
+      return true;
+    }
+    if (StartsWith("<?")) {
+      pos_ += 2;
+      *ok = SkipPast("?>", "a processing instruction that is never closed", start);
+      return true;
+    }
     return false;
   }
 
   bool ReadName(std::string* name) {
     size_t start = pos_;
     while (pos_ < n_ && IsNameChar(p_[pos_])) ++pos_;
-    if (pos_ == start) return false;
+    if (pos_ == start) return Fail("expected an element name");
     name->assign(reinterpret_cast<const char*>(p_ + start), pos_ - start);
+    return true;
+  }
+
+  // ">" ending an end tag after optional white space.
+  bool CloseTag() {
+    SkipSpace();
+    if (pos_ >= n_ || p_[pos_] != '>') return Fail("expected '>' to end the tag");
+    ++pos_;
     return true;
   }
 
@@ -291,7 +160,7 @@ class XMLReader {
   bool SkipAttributes(bool* empty, std::string* encoding = nullptr, bool declaration = false) {
     for (;;) {
       SkipSpace();
-      if (pos_ >= n_) return false;
+      if (pos_ >= n_) return Fail("a tag that is never closed");
       if (declaration) {
         if (StartsWith("?>")) {
           pos_ += 2;
@@ -307,16 +176,18 @@ class XMLReader {
         return true;
       }
       std::string name;
-      if (!ReadName(&name)) return false;
+      if (!ReadName(&name)) return Fail("expected an attribute or the end of the tag");
       SkipSpace();
-      if (pos_ >= n_ || p_[pos_] != '=') return false;
+      if (pos_ >= n_ || p_[pos_] != '=') return Fail("expected '=' after the attribute name");
       ++pos_;
       SkipSpace();
-      if (pos_ >= n_ || (p_[pos_] != '"' && p_[pos_] != '\'')) return false;
+      if (pos_ >= n_ || (p_[pos_] != '"' && p_[pos_] != '\''))
+        return Fail("expected a quoted attribute value");
       unsigned char quote = p_[pos_++];
       size_t start = pos_;
       while (pos_ < n_ && p_[pos_] != quote && p_[pos_] != '<') ++pos_;
-      if (pos_ >= n_ || p_[pos_] != quote) return false;
+      if (pos_ >= n_ || p_[pos_] != quote)
+        return Fail("an attribute value that is never closed", start - 1);
       if (encoding != nullptr && name == "encoding")
         encoding->assign(reinterpret_cast<const char*>(p_ + start), pos_ - start);
       ++pos_;
@@ -326,14 +197,17 @@ class XMLReader {
   // <?xml ... ?>: the text is UTF-8 (or its ASCII subset); text declared
   // UTF-16 has been converted to UTF-8 before it gets here.
   bool ReadDeclaration() {
+    size_t start = pos_;
     pos_ += 5;
     bool empty;
     std::string encoding = "UTF-8";
     if (!SkipAttributes(&empty, &encoding, true)) return false;
     for (char& c : encoding) c = static_cast<char>(toupper(static_cast<unsigned char>(c)));
-    return encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII" ||
-           encoding == "ASCII" || encoding == "UTF-16" || encoding == "UTF-16LE" ||
-           encoding == "UTF-16BE";
+    static const char* const kKnown[] = {"UTF-8", "UTF8", "US-ASCII", "ASCII",
+                                         "UTF-16", "UTF-16LE", "UTF-16BE"};
+    for (const char* known : kKnown)
+      if (encoding == known) return true;
+    return Fail("an encoding other than UTF-8 or UTF-16", start);
   }
 
   // White space, comments, processing instructions and (before the root) a
@@ -341,12 +215,9 @@ class XMLReader {
   bool SkipMisc(bool beforeRoot) {
     for (;;) {
       SkipSpace();
-      if (StartsWith("<!--")) {
-        pos_ += 4;
-        if (!SkipPast("-->")) return false;
-      } else if (StartsWith("<?")) {
-        pos_ += 2;
-        if (!SkipPast("?>")) return false;
+      bool ok;
+      if (SkipCommentOrInstruction(&ok)) {
+        if (!ok) return false;
       } else if (beforeRoot && StartsWith("<!DOCTYPE")) {
         if (!SkipDoctype()) return false;
       } else {
@@ -356,6 +227,7 @@ class XMLReader {
   }
 
   bool SkipDoctype() {
+    size_t start = pos_;
     pos_ += 9;
     unsigned char quote = 0;
     bool subset = false;
@@ -374,14 +246,15 @@ class XMLReader {
         return true;
       }
     }
-    return false;
+    return Fail("a document type declaration that is never closed", start);
   }
 
   // A character or entity reference after '&'.
   bool ReadReference(std::string* out) {
+    size_t start = pos_ - 1;
     size_t end = pos_;
     while (end < n_ && end - pos_ < 12 && p_[end] != ';') ++end;
-    if (end >= n_ || p_[end] != ';') return false;
+    if (end >= n_ || p_[end] != ';') return Fail("an '&' that begins no reference", start);
     std::string name(reinterpret_cast<const char*>(p_ + pos_), end - pos_);
     pos_ = end + 1;
     if (name == "amp") out->push_back('&');
@@ -393,13 +266,13 @@ class XMLReader {
       bool hex = name[1] == 'x';
       const char* first = name.data() + (hex ? 2 : 1);
       const char* last = name.data() + name.size();
-      if (first == last) return false;
       uint32_t code = 0;
       auto [stop, error] = std::from_chars(first, last, code, hex ? 16 : 10);
-      if (error != std::errc() || stop != last || !IsXMLChar(code)) return false;
-      AppendUTF8(out, code);
+      if (first == last || error != std::errc() || stop != last || !IsXMLChar(code))
+        return Fail("a character reference to no XML character", start);
+      RVAppendUTF8(out, code);
     } else {
-      return false;
+      return Fail("an unknown entity reference", start);
     }
     return true;
   }
@@ -418,51 +291,48 @@ class XMLReader {
   }
 
   // The text of a leaf element up to its end tag </name>.
-  bool ReadText(const std::string& name, std::string* text) {
+  bool ReadText(const std::string& name, std::string* text, size_t opened) {
     for (;;) {
       size_t start = pos_;
       while (pos_ < n_ && p_[pos_] != '<' && p_[pos_] != '&') ++pos_;
       AppendRaw(text, start, pos_);
-      if (pos_ >= n_) return false;
+      if (pos_ >= n_) return Fail("a value element that is never closed", opened);
+      bool ok;
+      start = pos_;
       if (p_[pos_] == '&') {
         ++pos_;
         if (!ReadReference(text)) return false;
       } else if (StartsWith("<![CDATA[")) {
         pos_ += 9;
         size_t begin = pos_;
-        if (!SkipPast("]]>")) return false;
+        if (!SkipPast("]]>", "a CDATA section that is never closed", start)) return false;
         AppendRaw(text, begin, pos_ - 3);
-      } else if (StartsWith("<!--")) {
-        pos_ += 4;
-        if (!SkipPast("-->")) return false;
-      } else if (StartsWith("<?")) {
-        pos_ += 2;
-        if (!SkipPast("?>")) return false;
+      } else if (SkipCommentOrInstruction(&ok)) {
+        if (!ok) return false;
       } else if (StartsWith("</")) {
         pos_ += 2;
         std::string closing;
-        if (!ReadName(&closing) || closing != name) return false;
-        SkipSpace();
-        if (pos_ >= n_ || p_[pos_] != '>') return false;
-        ++pos_;
-        return true;
+        if (!ReadName(&closing)) return false;
+        if (closing != name) return Fail("an end tag that does not match its start tag", start);
+        return CloseTag();
       } else {
-        return false;  // no element inside a leaf
+        return Fail("an element inside a value that holds only text");
       }
     }
   }
 
-  // Takes over one reference to value (nil means malformed).
-  bool Add(id value) {
-    if (value == nil) return false;
+  // Takes over one reference to value; nil is a leaf whose text is not of
+  // its kind, at start.
+  bool Add(id value, const char* invalid, size_t start) {
+    if (value == nil) return Fail(invalid, start);
     if (++objects_ > kRVPropertyListMaxObjects) {
       [value release];
-      return false;
+      return Fail("more objects than a property list may hold", start);
     }
     if (stack_.empty()) {
       if (root_ != nil) {
         [value release];
-        return false;
+        return Fail("a second value after the root", start);
       }
       root_ = value;
       return true;
@@ -471,7 +341,7 @@ class XMLReader {
     if (top.dictionary) {
       if (top.pendingKey == nil) {
         [value release];
-        return false;
+        return Fail("expected <key>", start);
       }
       top.keys.push_back(top.pendingKey);
       top.pendingKey = nil;
@@ -480,20 +350,24 @@ class XMLReader {
     return true;
   }
 
-  bool AddKey(id key) {
-    if (key == nil) return false;
+  bool AddKey(id key, size_t start) {
+    if (key == nil) return Fail("a key that is not text", start);
     if (stack_.empty() || !stack_.back().dictionary || stack_.back().pendingKey != nil) {
       [key release];
-      return false;
+      return Fail(stack_.empty() || !stack_.back().dictionary ? "a <key> outside a dictionary"
+                                                               : "expected a value after <key>",
+                  start);
     }
     stack_.back().pendingKey = key;
     return true;
   }
 
-  bool CloseContainer(const std::string& name) {
-    if (stack_.empty()) return false;
+  bool CloseContainer(const std::string& name, size_t start) {
+    if (stack_.empty()) return Fail("an end tag with no open element", start);
     Frame& top = stack_.back();
-    if (name != (top.dictionary ? "dict" : "array") || top.pendingKey != nil) return false;
+    if (name != (top.dictionary ? "dict" : "array"))
+      return Fail("an end tag that does not match its start tag", start);
+    if (top.pendingKey != nil) return Fail("expected a value after <key>", start);
     id made;
     if (top.dictionary) {
       made = [[NSDictionary alloc] initWithObjects:top.items.data()
@@ -505,36 +379,37 @@ class XMLReader {
     for (id item : top.items) [item release];
     for (id key : top.keys) [key release];
     stack_.pop_back();
-    return Add(made);
+    return Add(made, "", start);
   }
 
   // Elements up to the end of the root value (and of <plist> around it).
   bool ReadContent() {
     for (;;) {
       SkipSpace();
-      if (pos_ >= n_) return false;
-      if (p_[pos_] != '<') return false;  // no text between elements
-      if (StartsWith("<!--")) {
-        pos_ += 4;
-        if (!SkipPast("-->")) return false;
-        continue;
+      if (pos_ >= n_) {
+        if (stack_.empty() && root_ == nil) return Fail("expected a value");
+        if (stack_.empty()) return Fail("<plist> is never closed");
+        return Fail(stack_.back().dictionary ? "<dict> is never closed" : "<array> is never closed",
+                    stack_.back().start);
       }
-      if (StartsWith("<?")) {
-        pos_ += 2;
-        if (!SkipPast("?>")) return false;
+      if (p_[pos_] != '<') return Fail("text outside a value");
+      size_t start = pos_;
+      bool ok;
+      if (SkipCommentOrInstruction(&ok)) {
+        if (!ok) return false;
         continue;
       }
       if (StartsWith("</")) {
         pos_ += 2;
         std::string name;
-        if (!ReadName(&name)) return false;
-        SkipSpace();
-        if (pos_ >= n_ || p_[pos_] != '>') return false;
-        ++pos_;
+        if (!ReadName(&name) || !CloseTag()) return false;
         if (name == "plist") {
-          return inPlist_ && stack_.empty() && root_ != nil;
+          if (!inPlist_ || !stack_.empty())
+            return Fail("an end tag that does not match its start tag", start);
+          if (root_ == nil) return Fail("<plist> holds no value", start);
+          return true;
         }
-        if (!CloseContainer(name)) return false;
+        if (!CloseContainer(name, start)) return false;
         if (stack_.empty() && !inPlist_) return true;
         continue;
       }
@@ -543,37 +418,40 @@ class XMLReader {
       if (!ReadName(&name)) return false;
       bool empty;
       if (!SkipAttributes(&empty)) return false;
-      if (stack_.empty() && root_ != nil) return false;  // one value only
+      if (stack_.empty() && root_ != nil) return Fail("a second value after the root", start);
       if (name == "dict" || name == "array") {
         if (empty) {
           id made = name == "dict" ? [[NSDictionary alloc] init] : [[NSArray alloc] init];
-          if (!Add(made)) return false;
+          if (!Add(made, "", start)) return false;
         } else {
-          if (stack_.size() >= kRVPropertyListMaxDepth) return false;
-          stack_.push_back(Frame{name == "dict", {}, {}, nil});
+          static_assert(kRVPropertyListMaxDepth == 256, "the message names the limit");
+          if (stack_.size() >= kRVPropertyListMaxDepth)
+            return Fail("containers nested deeper than 256 levels", start);
+          stack_.push_back(Frame{name == "dict", {}, {}, nil, start});
           continue;
         }
-      } else if (!ReadLeaf(name, empty)) {
+      } else if (!ReadLeaf(name, empty, start)) {
         return false;
       }
       if (stack_.empty() && !inPlist_) return true;
     }
   }
 
-  bool ReadLeaf(const std::string& name, bool empty) {
+  bool ReadLeaf(const std::string& name, bool empty, size_t start) {
     std::string text;
-    if (!empty && !ReadText(name, &text)) return false;
-    if (name == "key") return AddKey(MakeString(text));
-    if (name == "string") return Add(MakeString(text));
+    if (!empty && !ReadText(name, &text, start)) return false;
+    if (name == "key") return AddKey(RVNewStringFromUTF8(text), start);
+    if (name == "string") return Add(RVNewStringFromUTF8(text), "a string that is not text", start);
     if (name == "true" || name == "false") {
-      if (!Trimmed(text).empty()) return false;
-      return Add([[NSNumber numberWithBool:name == "true"] retain]);
+      if (!IsBlank(text)) return Fail("a boolean element that holds text", start);
+      return Add([[NSNumber numberWithBool:name == "true"] retain], "", start);
     }
-    if (name == "integer") return Add(MakeInteger(text));
-    if (name == "real") return Add(MakeReal(text));
-    if (name == "date") return Add(MakeDate(text));
-    if (name == "data") return Add(MakeData(text));
-    return false;
+    if (name == "integer")
+      return Add(RVXMLMakeInteger(text), "not an integer of at most 64 bits", start);
+    if (name == "real") return Add(RVXMLMakeReal(text), "not a real number", start);
+    if (name == "date") return Add(RVXMLMakeDate(text), "not a date (YYYY-MM-DDTHH:MM:SSZ)", start);
+    if (name == "data") return Add(RVXMLMakeData(text), "not Base64 data", start);
+    return Fail("an element that is no property-list value", start);
   }
 
   const unsigned char* p_;
@@ -583,10 +461,12 @@ class XMLReader {
   size_t objects_ = 0;
   id root_ = nil;
   std::vector<Frame> stack_;
+  const char* why_ = nullptr;
+  size_t failAt_ = 0;
 };
 
 }  // namespace
 
-id RVXMLPropertyListRead(const unsigned char* bytes, size_t length) {
-  return RVReadPropertyListWith<XMLReader>(bytes, length);
+id RVXMLPropertyListRead(const unsigned char* bytes, size_t length, RVFormatFault* fault) {
+  return RVReadPropertyListWith<XMLReader>(bytes, length, fault);
 }
