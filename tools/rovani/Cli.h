@@ -51,7 +51,7 @@ size_t FirstNonUtf8(const std::string& bytes);
 std::string MemberPath(const std::string& path, const std::string& key);
 
 // ---- Documents.cpp
-enum class Format { Json, PropertyList };
+enum class Format { Json, XmlPropertyList, BinaryPropertyList, OpenStepPropertyList };
 
 // What a document's bytes are: a property list when the first character
 // that is not white space is "<", JSON otherwise.

@@ -19,6 +19,7 @@
 #include <utility>
 
 #include "Cli.h"
+#include "Platform/Text/RVBase64.h"
 
 namespace cli {
 
@@ -341,11 +342,11 @@ void DescribeInto(const RVObject& value, const std::string& label, int depth, st
 Format Recognise(const std::string& bytes) {
   size_t first = bytes.find_first_not_of(" \t\r\n");
   if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) first = bytes.find_first_not_of(" \t\r\n", 3);
-  return first != std::string::npos && bytes[first] == '<' ? Format::PropertyList : Format::Json;
+  return first != std::string::npos && bytes[first] == '<' ? Format::XmlPropertyList : Format::Json;
 }
 
 RVDictionary LoadDocument(const std::string& bytes, bool forPropertyList) {
-  if (Recognise(bytes) == Format::PropertyList) {
+  if (Recognise(bytes) == Format::XmlPropertyList) {
     // GNUstep reads text that is not UTF-8 as no dictionary at all, and
     // only logs it.
     size_t bad = FirstNonUtf8(bytes);
@@ -425,12 +426,7 @@ std::string Describe(const RVObject& value, const std::string& label) {
 }
 
 std::string Base64(const void* bytes, unsigned int length) {
-  RVData text = Base64Encoding::EncodeData(RVData::DataWithBytes(bytes, length));
-  const char* chars = static_cast<const char*>(text.Bytes());
-  unsigned int size = text.Length();
-  // The encoder sizes its result with room to spare, left as zero bytes.
-  while (size > 0 && chars[size - 1] == '\0') --size;
-  return std::string(chars, size);
+  return RVBase64Encode(bytes, length);
 }
 
 }  // namespace cli
