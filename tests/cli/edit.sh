@@ -134,3 +134,10 @@ check_completion "edit.json edit.plist" print -- edit.
 check_completion "json xml binary" convert ""
 check_completion "export" defaults --all-users ex
 check_completion "moved.plist" defaults import com.example.app mo
+
+# The shared Base64 codec: every length of the last group, and padding that
+# does not complete a group.
+for n in 1 2 3; do
+  head -c $n random.bin | base64 | "$rovani" base64 decode | cmp -s - <(head -c $n random.bin) || fail "decoding $n bytes"
+done
+echo 'TQ=' | "$rovani" base64 decode > out 2> err && fail "TQ= decoded"; says err "truncated Base64 text"
