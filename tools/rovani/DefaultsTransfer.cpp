@@ -3,6 +3,7 @@
 // machines or keeping them with a project.
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "DocumentBridge.h"
@@ -43,15 +44,6 @@ Transfer ParseTransfer(const Words& args) {
   return transfer;
 }
 
-template <typename Work>
-auto About(const std::string& prefix, Work work) -> decltype(work()) {
-  try {
-    return work();
-  } catch (InputError& error) {
-    throw InputError{prefix + ": " + error.message};
-  }
-}
-
 }  // namespace
 
 std::string AllUsersDirectory() {
@@ -67,31 +59,28 @@ void CheckDomainName(const std::string& name) {
 
 int DefaultsExport(const Words& args) {
   Transfer transfer = ParseTransfer(args);
-  RVDictionary values;
+  // A dictionary that holds no entries, not a handle that holds nothing.
+  RVDictionary values = static_cast<const RVDictionary&>(*ParseJsonValue("{}"));
   if (transfer.allUsers) {
     // That store alone: its file, which the library alone writes. A domain
     // never written has none.
     std::string path = AllUsersDirectory() + "/" + transfer.domain + ".plist";
-    std::string bytes;
-    try {
-      bytes = ReadInput(path);
-    } catch (InputError&) {
-      if (access(path.c_str(), F_OK) == 0) throw InputError{path + ": cannot read"};
-    }
-    if (!bytes.empty()) {
-      Document document = About(path, [&] { return ReadDocument(bytes); });
-      const RVDictionary* root = dynamic_cast<const RVDictionary*>(document.root.get());
-      if (root == nullptr) throw InputError{path + ": the top level is not a dictionary"};
-      values = *root;
+    if (access(path.c_str(), F_OK) == 0 || errno != ENOENT) {
+      Document document = WithPrefix(path, [&] { return ReadDocument(ReadInput(path)); });
+      if (KindOf(*document.root) != Kind::Dictionary) {
+        throw InputError{path + ": the top level is not a dictionary"};
+      }
+      values = static_cast<const RVDictionary&>(*document.root);
     }
   } else {
     values = RVUserDefaults(FromUtf8(transfer.domain), false).DictionaryRepresentation();
   }
-  std::string xml = About(transfer.domain, [&] { return WriteDocument(values, Format::XmlPropertyList); });
+  std::string xml =
+      WithPrefix(transfer.domain, [&] { return WriteDocument(values, Format::XmlPropertyList); });
   if (transfer.file == "-") {
     WriteOutput("-", xml);
   } else {
-    About(transfer.file, [&] { ReplaceFile(transfer.file, xml); });
+    WithPrefix(transfer.file, [&] { ReplaceFile(transfer.file, xml); });
   }
   return 0;
 }
@@ -99,14 +88,14 @@ int DefaultsExport(const Words& args) {
 int DefaultsImport(const Words& args) {
   Transfer transfer = ParseTransfer(args);
   std::string name = DisplayName(transfer.file);
-  Document document = About(name, [&] { return ReadDocument(ReadInput(transfer.file)); });
+  Document document = WithPrefix(name, [&] { return ReadDocument(ReadInput(transfer.file)); });
   if (KindOf(*document.root) != Kind::Dictionary) {
     throw InputError{name + ": the top level is not a dictionary"};
   }
   // Every value goes through the property-list writer and reader first:
   // what a store cannot hold is refused with its key path before any key
   // is written, and booleans come back as the ones the stores keep.
-  RVDictionary values = About(name, [&] {
+  RVDictionary values = WithPrefix(name, [&] {
     Document checked = ReadDocument(WriteDocument(*document.root, Format::XmlPropertyList));
     return RVDictionary(static_cast<const RVDictionary&>(*checked.root));
   });

@@ -23,7 +23,8 @@ std::string Unwrap(const std::string& text, const std::string& start, const std:
   size_t at = 0;
   while (at < inner.size()) {
     size_t line = inner.find('\n', at);
-    std::string piece = inner.substr(at, line == std::string::npos ? std::string::npos : line - at + 1);
+    std::string piece =
+        inner.substr(at, line == std::string::npos ? std::string::npos : line - at + 1);
     size_t skip = 0;
     while (skip < indent && skip < piece.size() && piece[skip] == ' ') ++skip;
     out += piece.substr(skip);

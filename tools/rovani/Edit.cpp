@@ -12,18 +12,8 @@ namespace cli {
 
 namespace {
 
-const char* const kKinds[] = {"string", "integer", "real", "boolean", "date",
-                              "data", "array", "dictionary"};
-
-// Runs work, putting prefix before any input error it throws.
-template <typename Work>
-auto About(const std::string& prefix, Work work) -> decltype(work()) {
-  try {
-    return work();
-  } catch (InputError& error) {
-    throw InputError{prefix + ": " + error.message};
-  }
-}
+const char* const kKinds[] = {"string", "integer", "real",  "boolean",
+                              "date",   "data",    "array", "dictionary"};
 
 // The operands and flags of get, set and remove. "--" ends the options;
 // "-" alone is an operand. set's words after FILE and KEYPATH are its
@@ -88,12 +78,12 @@ Line ParseLine(const Words& args, bool isGet, bool isSet) {
 }
 
 Document Read(const std::string& file) {
-  return About(DisplayName(file), [&] { return ReadDocument(ReadInput(file)); });
+  return WithPrefix(DisplayName(file), [&] { return ReadDocument(ReadInput(file)); });
 }
 
 // The edited document back where it came from, in its own format.
 int WriteBack(const std::string& file, const RVObject& root, Format format) {
-  std::string bytes = About(DisplayName(file), [&] {
+  std::string bytes = WithPrefix(DisplayName(file), [&] {
     if (format == Format::OpenStepPropertyList) {
       throw InputError{
           "an OpenStep property list can be read but not written; convert it first "
@@ -102,9 +92,9 @@ int WriteBack(const std::string& file, const RVObject& root, Format format) {
     return WriteDocument(root, format);
   });
   if (file == "-") {
-    About("standard output", [&] { WriteOutput("-", bytes); });
+    WithPrefix("standard output", [&] { WriteOutput("-", bytes); });
   } else {
-    About(file, [&] { ReplaceFile(file, bytes); });
+    WithPrefix(file, [&] { ReplaceFile(file, bytes); });
   }
   return 0;
 }
@@ -130,7 +120,7 @@ int Get(const Words& args) {
   KeyPath path = ParseKeyPath(line.operands[1]);
   Document document = Read(line.operands[0]);
   std::unique_ptr<RVObject> value =
-      About(DisplayName(line.operands[0]), [&] { return ValueAtPath(*document.root, path); });
+      WithPrefix(DisplayName(line.operands[0]), [&] { return ValueAtPath(*document.root, path); });
   Kind kind = KindOf(*value);
   const char* name = KindName(kind);
   if (!line.expect.empty() && (name == nullptr || line.expect != name)) {
@@ -143,7 +133,7 @@ int Get(const Words& args) {
   }
   std::string out;
   if (line.json || line.xml) {
-    out = About(line.operands[1], [&] {
+    out = WithPrefix(line.operands[1], [&] {
       return WriteDocument(*value, line.json ? Format::Json : Format::XmlPropertyList);
     });
   } else if (kind == Kind::Array || kind == Kind::Dictionary) {
@@ -159,9 +149,9 @@ int Set(const Words& args) {
   Line line = ParseLine(args, false, true);
   KeyPath path = ParseKeyPath(line.operands[1]);
   std::unique_ptr<RVObject> value =
-      About(line.operands[1], [&] { return TypedValue(line.type, line.operands[2]); });
+      WithPrefix(line.operands[1], [&] { return TypedValue(line.type, line.operands[2]); });
   Document document = Read(line.operands[0]);
-  std::unique_ptr<RVObject> root = About(DisplayName(line.operands[0]), [&] {
+  std::unique_ptr<RVObject> root = WithPrefix(DisplayName(line.operands[0]), [&] {
     return EditedAtPath(*document.root, path, value.get());
   });
   return WriteBack(line.operands[0], *root, document.format);
@@ -171,9 +161,8 @@ int Remove(const Words& args) {
   Line line = ParseLine(args, false, false);
   KeyPath path = ParseKeyPath(line.operands[1]);
   Document document = Read(line.operands[0]);
-  std::unique_ptr<RVObject> root = About(DisplayName(line.operands[0]), [&] {
-    return EditedAtPath(*document.root, path, nullptr);
-  });
+  std::unique_ptr<RVObject> root = WithPrefix(
+      DisplayName(line.operands[0]), [&] { return EditedAtPath(*document.root, path, nullptr); });
   return WriteBack(line.operands[0], *root, document.format);
 }
 

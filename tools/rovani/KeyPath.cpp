@@ -3,6 +3,8 @@
 // rebuilds the path from the changed value up to the root.
 #include "KeyPath.h"
 
+#include <climits>
+
 namespace cli {
 
 namespace {
@@ -10,12 +12,13 @@ namespace {
 // A part read as an array index: decimal digits without a leading zero,
 // within the range of indexes. False for anything else.
 bool ParseIndex(const std::string& part, unsigned int& index) {
-  if (part.empty() || part.size() > 9 || (part[0] == '0' && part.size() > 1)) return false;
-  unsigned long value = 0;
+  if (part.empty() || part.size() > 10 || (part[0] == '0' && part.size() > 1)) return false;
+  unsigned long long value = 0;
   for (char c : part) {
     if (c < '0' || c > '9') return false;
-    value = value * 10 + static_cast<unsigned long>(c - '0');
+    value = value * 10 + static_cast<unsigned long long>(c - '0');
   }
+  if (value > UINT_MAX) return false;
   index = static_cast<unsigned int>(value);
   return true;
 }

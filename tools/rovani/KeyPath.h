@@ -13,6 +13,17 @@
 
 namespace cli {
 
+// Runs work, putting prefix (a file's name, a key path) and ": " before
+// the message of any input error it throws.
+template <typename Work>
+auto WithPrefix(const std::string& prefix, Work work) -> decltype(work()) {
+  try {
+    return work();
+  } catch (InputError& error) {
+    throw InputError{prefix + ": " + error.message};
+  }
+}
+
 // ---- KeyPath.cpp
 // Keys joined by "."; "\." is a dot inside a key and "\\" a backslash. A
 // part that is a decimal number indexes an array (in a dictionary it is a

@@ -1,7 +1,7 @@
 // Values on the command line: what kind a handle holds, the text get
 // prints for a scalar, and the typed values set and defaults write take.
-#include <charconv>
 #include <cerrno>
+#include <charconv>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
@@ -72,10 +72,10 @@ bool Digits(const std::string& text, size_t at, size_t count, unsigned& value) {
 RVDate ParseDate(const std::string& text) {
   const std::string why = "'" + text + "' is not an ISO 8601 date (2026-11-25T10:30:05Z)";
   unsigned year, month, day, hour, minute, second;
-  if (!Digits(text, 0, 4, year) || text.size() < 20 || text[4] != '-' || !Digits(text, 5, 2, month) ||
-      text[7] != '-' || !Digits(text, 8, 2, day) || text[10] != 'T' || !Digits(text, 11, 2, hour) ||
-      text[13] != ':' || !Digits(text, 14, 2, minute) || text[16] != ':' ||
-      !Digits(text, 17, 2, second)) {
+  if (!Digits(text, 0, 4, year) || text.size() < 20 || text[4] != '-' ||
+      !Digits(text, 5, 2, month) || text[7] != '-' || !Digits(text, 8, 2, day) || text[10] != 'T' ||
+      !Digits(text, 11, 2, hour) || text[13] != ':' || !Digits(text, 14, 2, minute) ||
+      text[16] != ':' || !Digits(text, 17, 2, second)) {
     throw InputError{why};
   }
   size_t at = 19;
@@ -96,7 +96,8 @@ RVDate ParseDate(const std::string& text) {
         offsetHours > 23 || offsetMinutes > 59) {
       throw InputError{why};
     }
-    offset = (text[at] == '+' ? 1 : -1) * static_cast<long long>(offsetHours * 3600 + offsetMinutes * 60);
+    offset = (text[at] == '+' ? 1 : -1) *
+             static_cast<long long>(offsetHours * 3600 + offsetMinutes * 60);
   } else {
     throw InputError{why};
   }
@@ -106,7 +107,8 @@ RVDate ParseDate(const std::string& text) {
       (month == 2 && day == 29 && !leap) || hour > 23 || minute > 59 || second > 59) {
     throw InputError{"'" + text + "' is no date of the years 1 to 9999"};
   }
-  long long seconds = DaysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second - offset;
+  long long seconds =
+      DaysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second - offset;
   return RVDate::DateWithTimeIntervalSince1970(static_cast<double>(seconds) + fraction);
 }
 
@@ -119,7 +121,8 @@ bool IsPlatformBoolean(const RVNumber& number) {
 }
 
 bool BoolOf(const RVObject& value) {
-  if (const RVBool* boolean = dynamic_cast<const RVBool*>(&value)) return static_cast<bool>(*boolean);
+  if (const RVBool* boolean = dynamic_cast<const RVBool*>(&value))
+    return static_cast<bool>(*boolean);
   return static_cast<bool>(static_cast<const RVNumber&>(value));
 }
 
@@ -175,8 +178,7 @@ const char* KindName(Kind kind) {
 
 std::string ScalarText(const RVObject& value) {
   switch (KindOf(value)) {
-    case Kind::String:
-      return Utf8(static_cast<const RVString&>(value));
+    case Kind::String: return Utf8(static_cast<const RVString&>(value));
     case Kind::Integer:
       // The number's own text: it knows whether it is signed.
       return Utf8(static_cast<const RVNumber&>(value).StringValue());
@@ -186,18 +188,14 @@ std::string ScalarText(const RVObject& value) {
       auto result = std::to_chars(text, text + sizeof text, real);
       return std::string(text, result.ptr);
     }
-    case Kind::Boolean:
-      return BoolOf(value) ? "true" : "false";
-    case Kind::Date:
-      return DateText(static_cast<const RVDate&>(value));
+    case Kind::Boolean: return BoolOf(value) ? "true" : "false";
+    case Kind::Date: return DateText(static_cast<const RVDate&>(value));
     case Kind::Data: {
       const RVData& data = static_cast<const RVData&>(value);
       return RVBase64Encode(data.Bytes(), data.Length());
     }
-    case Kind::Null:
-      return "null";
-    default:
-      return Utf8(value.Description());
+    case Kind::Null: return "null";
+    default: return Utf8(value.Description());
   }
 }
 
