@@ -21,7 +21,8 @@ const char* const kKinds[] = {"string", "integer", "real",  "boolean",
 struct Line {
   Words operands;
   bool json = false, xml = false;
-  std::string expect;
+  std::string expect;  // empty: any type
+  bool expecting = false;
   std::string type = "-string";
 };
 
@@ -54,6 +55,7 @@ Line ParseLine(const Words& args, bool isGet, bool isSet) {
         throw UsageError{"option '--expect' needs a value"};
       }
       line.expect = word == "--expect" ? args[++i] : word.substr(9);
+      line.expecting = true;
     } else {
       throw UsageError{"unknown option '" + word + "'"};
     }
@@ -66,7 +68,7 @@ Line ParseLine(const Words& args, bool isGet, bool isSet) {
     throw UsageError{"unexpected operand '" + line.operands[want] + "'"};
   }
   if (line.json && line.xml) throw UsageError{"--json and --xml exclude each other"};
-  if (!line.expect.empty()) {
+  if (line.expecting) {
     bool known = false;
     for (const char* kind : kKinds) known = known || line.expect == kind;
     if (!known) {
@@ -123,7 +125,7 @@ int Get(const Words& args) {
       WithPrefix(DisplayName(line.operands[0]), [&] { return ValueAtPath(*document.root, path); });
   Kind kind = KindOf(*value);
   const char* name = KindName(kind);
-  if (!line.expect.empty() && (name == nullptr || line.expect != name)) {
+  if (line.expecting && (name == nullptr || line.expect != name)) {
     auto article = [](const std::string& kind) {
       return (kind[0] == 'a' || kind[0] == 'i' ? "an " : "a ") + kind;
     };
