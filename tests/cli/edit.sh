@@ -119,7 +119,7 @@ run 1 defaults import com.example.copy null-import.json; says err "null at a.b"
 # Completion: the script sourced, asked as bash asks it.
 completions() {
   bash -c 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _rovani; echo "${COMPREPLY[*]}"' \
-    _ "$(dirname "${BASH_SOURCE[0]}")/../../tools/rovani/rovani.bash-completion" rovani "$@"
+    _ "$cli_dir/../../tools/rovani/rovani.bash-completion" rovani "$@"
 }
 check_completion() {
   local want=$1; shift

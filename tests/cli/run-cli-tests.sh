@@ -5,6 +5,7 @@
 set -uo pipefail
 rovani=$1
 examples=$2
+cli_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -121,7 +122,7 @@ touch plain-file
 ROVANI_ALL_USERS_DEFAULTS_DIR=$work/plain-file/defaults run 1 defaults write --all-users com.example.tool k v
 says err "cannot write the all-users store"
 
-source "$(dirname "${BASH_SOURCE[0]}")/edit.sh"
+source "$cli_dir/edit.sh"
 
 [ "$failures" = 0 ] || { echo "$failures failed"; exit 1; }
 echo "all rovani checks passed"
