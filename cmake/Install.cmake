@@ -27,3 +27,6 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/rovani.pc.in ${PROJECT_BINARY_DIR}/ro
 install(FILES ${PROJECT_BINARY_DIR}/rovani.pc DESTINATION ${ROVANI_PC_DIR})
 
 install(FILES ${PROJECT_SOURCE_DIR}/tools/rovani/rovani.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+# Where bash-completion loads a command's completion from on first use.
+install(FILES ${PROJECT_SOURCE_DIR}/tools/rovani/rovani.bash-completion
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rovani)

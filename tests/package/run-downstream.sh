@@ -11,6 +11,7 @@ trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build_dir" --prefix "$work/prefix" > /dev/null
 test -f "$work/prefix/share/man/man1/rovani.1"
+test -f "$work/prefix/share/bash-completion/completions/rovani"
 
 # The library exports its interface and nothing the compilers add on their
 # own: no standard-library template instances, no selector strings or

@@ -7,6 +7,7 @@
 
 #include "Cli.h"
 #include "Commands.h"
+#include "KeyPath.h"
 
 namespace cli {
 
@@ -158,53 +159,19 @@ int Lint(const Words& args) {
 
 // ---- defaults
 
-std::string AllUsersDirectory() {
-  const char* configured = std::getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
-  return configured != nullptr && configured[0] != '\0' ? configured : "/var/lib/rovani/defaults";
-}
-
 bool HasKey(const RVDictionary& domain, const std::string& key) {
   return domain.ObjectsClassTypeForKey(FromUtf8(key)).Length() != 0;
 }
 
-RVObject* Typed(const std::string& type, const std::string& text) {
-  if (type == "-string") return new RVString(FromUtf8(text));
-  if (type == "-int") {
-    errno = 0;
-    char* end = nullptr;
-    long value = std::strtol(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || errno == ERANGE) {
-      throw InputError{"'" + text + "' is not an integer"};
-    }
-    return new RVNumber(value);
-  }
-  if (type == "-float") {
-    errno = 0;
-    char* end = nullptr;
-    double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || errno == ERANGE || !std::isfinite(value)) {
-      throw InputError{"'" + text + "' is not a finite number"};
-    }
-    return new RVNumber(value);
-  }
-  if (type == "-bool") {
-    std::string word;
-    for (char c : text) word += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    // The platform's boolean numbers: a property list keeps them as booleans.
-    if (word == "true" || word == "yes" || word == "1") return new RVNumber(true);
-    if (word == "false" || word == "no" || word == "0") return new RVNumber(false);
-    throw InputError{"'" + text + "' is not a boolean (true, false, yes, no, 1 or 0)"};
-  }
-  return ParseJsonValue(text).release();  // -json
-}
-
 int Defaults(const Words& args) {
-  static const std::set<std::string> kTypes = {"-string", "-int", "-float", "-bool", "-json"};
-  if (args.empty()) throw UsageError{"missing action (read, write or delete)"};
+  const char* actions = " (read, write, delete, export or import)";
+  if (args.empty()) throw UsageError{std::string("missing action") + actions};
   if (args[0] == "--help" || args[0] == "-h") throw HelpRequested{};
   const std::string& action = args[0];
+  if (action == "export") return DefaultsExport(Words(args.begin() + 1, args.end()));
+  if (action == "import") return DefaultsImport(Words(args.begin() + 1, args.end()));
   if (action != "read" && action != "write" && action != "delete") {
-    throw UsageError{"unknown action '" + action + "' (read, write or delete)"};
+    throw UsageError{"unknown action '" + action + "'" + actions};
   }
   bool allUsers = false;
   Words operands;
@@ -214,7 +181,7 @@ int Defaults(const Words& args) {
     const std::string& word = args[i];
     // The value itself is taken as it is, whatever it starts with.
     if (action == "write" && operands.size() == 2) {
-      if (!typed && !optionsEnded && kTypes.count(word) != 0) {
+      if (!typed && !optionsEnded && IsValueType(word)) {
         type = word;
         typed = true;
         continue;
@@ -241,10 +208,7 @@ int Defaults(const Words& args) {
     throw UsageError{operands.size() < 2 ? "missing KEY" : "missing VALUE"};
   }
   const std::string& domainName = operands[0];
-  if (domainName.empty() || domainName == "." || domainName == ".." ||
-      domainName.find('/') != std::string::npos) {
-    throw UsageError{"'" + domainName + "' cannot name a domain"};
-  }
+  CheckDomainName(domainName);
 
   RVUserDefaults store(FromUtf8(domainName), allUsers);
   RVDictionary domain = store.DictionaryRepresentation();
@@ -269,7 +233,7 @@ int Defaults(const Words& args) {
   if (action == "write") {
     const std::string& key = operands[1];
     std::unique_ptr<RVObject> value(About(key, [&] {
-      std::unique_ptr<RVObject> typed(Typed(type, operands[2]));
+      std::unique_ptr<RVObject> typed = TypedValue(type, operands[2]);
       // The store keeps property lists: the writer refuses (with the key
       // path) what it cannot hold, such as null.
       WriteDocument(*typed, Format::XmlPropertyList);
@@ -303,45 +267,6 @@ int Defaults(const Words& args) {
 }
 
 // ---- base64, hash, uuid, date
-
-// Strict standard Base64: the alphabet, "=" padding at the end only, white
-// space skipped. The library's decoder keeps counting rules of its own
-// that do not give the original bytes back, so decoding is done here.
-std::string DecodeBase64(const std::string& text) {
-  std::string bytes;
-  unsigned int bits = 0, held = 0;
-  size_t padding = 0, characters = 0;
-  for (size_t i = 0; i < text.size(); ++i) {
-    char c = text[i];
-    if (c == ' ' || c == '\n' || c == '\r' || c == '\t') continue;
-    int value;
-    if (c >= 'A' && c <= 'Z') value = c - 'A';
-    else if (c >= 'a' && c <= 'z') value = c - 'a' + 26;
-    else if (c >= '0' && c <= '9') value = c - '0' + 52;
-    else if (c == '+') value = 62;
-    else if (c == '/') value = 63;
-    else if (c == '=') value = -1;
-    else throw InputError{"invalid Base64 character at offset " + std::to_string(i)};
-    if (value < 0) {
-      ++padding;
-      ++characters;
-      continue;
-    }
-    if (padding > 0) throw InputError{"Base64 text after '=' padding at offset " + std::to_string(i)};
-    ++characters;
-    bits = (bits << 6) | static_cast<unsigned int>(value);
-    held += 6;
-    if (held >= 8) {
-      held -= 8;
-      bytes += static_cast<char>((bits >> held) & 0xFF);
-    }
-  }
-  size_t data = characters - padding;
-  if (padding > 2 || data % 4 == 1 || (padding > 0 && characters % 4 != 0)) {
-    throw InputError{"truncated Base64 text"};
-  }
-  return bytes;
-}
 
 int Base64Command(const Words& args) {
   Parsed parsed = ParseWords(args, {});
@@ -472,21 +397,64 @@ const Command kCommands[] = {
      "list or JSON); the exit status is 1 when any failed.\n"
      "\n"
      "Example: rovani lint examples/settings.json examples/settings.plist\n"},
-    {"defaults", Defaults, "read|write|delete [--all-users] DOMAIN [KEY [TYPE] VALUE]",
+    {"get", Get, "FILE KEYPATH [--json|--xml] [--expect TYPE]",
+     "print one value of a settings document",
+     "FILE is a JSON document or a property list (XML, binary or OpenStep),\n"
+     "\"-\" for standard input. KEYPATH is keys joined by \".\" (\"\\.\" is a dot\n"
+     "inside a key, \"\\\\\" a backslash); a decimal number indexes an array.\n"
+     "Strings print as their text, integers in decimal, reals in the shortest\n"
+     "text that reads back the same, booleans as true or false, dates in ISO\n"
+     "8601 UTC, data in Base64. Arrays and dictionaries print as print prints\n"
+     "them. A missing key path fails (exit status 1) and says which part.\n"
+     "\n"
+     "  --json, --xml     print the value as a JSON document or an XML property\n"
+     "                    list\n"
+     "  --expect TYPE     fail (exit status 1) unless the value is a TYPE: string,\n"
+     "                    integer, real, boolean, date, data, array or dictionary\n"
+     "\n"
+     "Example: rovani get settings.plist servers.0.host\n"},
+    {"set", Set, "FILE KEYPATH [-string|-int|-float|-bool|-date|-data|-json] VALUE",
+     "replace or insert one value of a settings document",
+     "Stores VALUE at KEYPATH (see get), replacing the value there or adding\n"
+     "the key; in an array, the index equal to its count appends. The parent\n"
+     "must exist. The file is rewritten atomically in its own format (JSON, XML\n"
+     "or binary property list) with every other value kept; when set refuses,\n"
+     "the file is left byte for byte as it was. FILE \"-\" reads standard input\n"
+     "and writes standard output.\n"
+     "\n"
+     "  -string   text (the default)     -int    a 64-bit integer\n"
+     "  -float    a finite real          -bool   true, false, yes, no, 1 or 0\n"
+     "  -date     ISO 8601, 2026-11-25T10:30:05Z or with an offset (+01:00)\n"
+     "  -data     Base64                 -json   any JSON value, containers included\n"
+     "\n"
+     "Example: rovani set settings.plist servers.0.port -int 8443\n"},
+    {"remove", Remove, "FILE KEYPATH", "remove one value of a settings document",
+     "Removes the key or the array item at KEYPATH (see get), rewriting the file\n"
+     "as set does. A missing key path fails and leaves the file as it was.\n"
+     "\n"
+     "Example: rovani remove settings.json servers.1\n"},
+    {"defaults", Defaults,
+     "read|write|delete|export|import [--all-users] DOMAIN [KEY [TYPE] VALUE | FILE]",
      "read and change an application's user defaults",
      "DOMAIN is an application identifier such as com.example.app.\n"
      "  read DOMAIN          the whole domain, printed as print does\n"
      "  read DOMAIN KEY      one value\n"
      "  write DOMAIN KEY [TYPE] VALUE\n"
-     "                       TYPE is -string (the default), -int, -float, -bool\n"
-     "                       or -json\n"
+     "                       TYPE is -string (the default), -int, -float, -bool,\n"
+     "                       -date, -data or -json, as set takes them\n"
      "  delete DOMAIN [KEY]  one key, or every key of the domain\n"
-     "Reading shows the current user's values over every user's. write and\n"
-     "delete change the current user's store, or with --all-users the store\n"
-     "for every user of this machine ($ROVANI_ALL_USERS_DEFAULTS_DIR, else\n"
-     "/var/lib/rovani/defaults).\n"
+     "  export DOMAIN FILE   the domain as an XML property list (\"-\": standard\n"
+     "                       output)\n"
+     "  import DOMAIN FILE   every key of a document (any format, \"-\": standard\n"
+     "                       input) into the store; other keys stay\n"
+     "Reading and export show the current user's values over every user's.\n"
+     "write, delete and import change the current user's store, or with\n"
+     "--all-users the store for every user of this machine\n"
+     "($ROVANI_ALL_USERS_DEFAULTS_DIR, else /var/lib/rovani/defaults); export\n"
+     "--all-users writes that store alone.\n"
      "\n"
-     "Example: rovani defaults write com.example.app retries -int 3\n"},
+     "Example: rovani defaults write com.example.app retries -int 3\n"
+     "         rovani defaults export com.example.app app.plist\n"},
     {"base64", Base64Command, "encode|decode [IN]", "encode or decode standard Base64",
      "Reads IN (standard input when absent or \"-\") and writes standard Base64\n"
      "text, or the decoded bytes, to standard output.\n"

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "Cli.h"
+#include "Platform/Text/RVBase64.h"
 
 namespace cli {
 
@@ -333,12 +334,7 @@ std::string Describe(const RVObject& value, const std::string& label) {
 }
 
 std::string Base64(const void* bytes, unsigned int length) {
-  RVData text = Base64Encoding::EncodeData(RVData::DataWithBytes(bytes, length));
-  const char* chars = static_cast<const char*>(text.Bytes());
-  unsigned int size = text.Length();
-  // The encoder sizes its result with room to spare, left as zero bytes.
-  while (size > 0 && chars[size - 1] == '\0') --size;
-  return std::string(chars, size);
+  return RVBase64Encode(bytes, length);
 }
 
 }  // namespace cli

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "Cli.h"
+#include "Platform/Files/RVWriteAll.h"
 
 namespace cli {
 
@@ -27,18 +28,7 @@ bool ReadAll(int fd, std::string& bytes) {
 }
 
 bool WriteAll(int fd, const std::string& bytes) {
-  const char* at = bytes.data();
-  size_t left = bytes.size();
-  while (left > 0) {
-    ssize_t written = write(fd, at, left);
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    at += written;
-    left -= static_cast<size_t>(written);
-  }
-  return true;
+  return RVWriteAll(fd, bytes.data(), bytes.size());
 }
 
 }  // namespace
