@@ -66,6 +66,12 @@ std::unique_ptr<RVObject> ParseJsonValue(const std::string& text);
 // The tree as print shows it: one value per line with its kind, indented by
 // depth, keys sorted.
 std::string Describe(const RVObject& value, const std::string& label = "");
+// A boolean's truth (the library's RVBool or the platform's boolean number).
+bool BoolOf(const RVObject& value);
+// The shortest text that reads back as the same double ("2.0", "0.1", "nan").
+std::string RealText(double value);
+// A date in ISO 8601 UTC, floored to the second ("2026-11-25T10:30:05Z").
+std::string DateText(const RVDate& date);
 // Standard Base64 text of bytes.
 std::string Base64(const void* bytes, unsigned int length);
 

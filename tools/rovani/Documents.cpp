@@ -52,36 +52,10 @@ std::string Element(const std::string& path, unsigned int index) {
   throw InputError{(path.empty() ? why : path + ": " + why)};
 }
 
-bool BoolOf(const RVObject& value) {
-  if (const RVBool* boolean = dynamic_cast<const RVBool*>(&value)) return static_cast<bool>(*boolean);
-  return static_cast<bool>(RVNumber(value.Ref()));
-}
-
-std::string RealText(double value) {
-  char text[64];
-  auto result = std::to_chars(text, text + sizeof text, value);
-  std::string shown(text, result.ptr);
-  if (std::isfinite(value) && shown.find_first_of(".en") == std::string::npos) shown += ".0";
-  return shown;
-}
-
 std::string IntegerText(const RVObject& value, Kind kind) {
   RVNumber number(value.Ref());
   return kind == Kind::kUnsignedInteger ? std::to_string(static_cast<unsigned long>(number))
                                         : std::to_string(static_cast<long>(number));
-}
-
-// Seconds since the reference date as ISO 8601 in UTC, floored to the second.
-std::string DateText(const RVDate& date) {
-  double seconds = std::floor(date.TimeIntervalSinceRefereceDate()) + 978307200.0;
-  time_t whole = static_cast<time_t>(seconds);
-  struct tm parts;
-  char text[64];
-  if (gmtime_r(&whole, &parts) == nullptr ||
-      std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0) {
-    return RealText(seconds);
-  }
-  return text;
 }
 
 std::string Quoted(const std::string& text) {
@@ -284,6 +258,21 @@ std::unique_ptr<RVObject> ParseJson(const std::string& bytes, RVFormatError* err
 }
 
 }  // namespace
+
+bool BoolOf(const RVObject& value) {
+  if (const RVBool* boolean = dynamic_cast<const RVBool*>(&value)) return static_cast<bool>(*boolean);
+  return static_cast<bool>(RVNumber(value.Ref()));
+}
+
+// The shortest text that reads back as the same double, with ".0" on an
+// integral value so that it reads back as a real.
+std::string RealText(double value) {
+  char text[64];
+  auto result = std::to_chars(text, text + sizeof text, value);
+  std::string shown(text, result.ptr);
+  if (std::isfinite(value) && shown.find_first_of(".en") == std::string::npos) shown += ".0";
+  return shown;
+}
 
 Document ReadDocument(const std::string& bytes) {
   RVFormatError error;

@@ -41,20 +41,6 @@ void CivilFromDays(long long days, long long& year, unsigned& month, unsigned& d
 
 const double kReferenceSince1970 = 978307200.0;
 
-std::string DateText(const RVDate& date) {
-  double seconds = std::floor(date.TimeIntervalSinceRefereceDate() + kReferenceSince1970);
-  if (!std::isfinite(seconds) || std::fabs(seconds) > 1e15) return "invalid date";
-  long long whole = static_cast<long long>(seconds);
-  long long days = whole >= 0 ? whole / 86400 : -((-whole + 86399) / 86400);
-  long long inDay = whole - days * 86400;
-  long long year;
-  unsigned month, day;
-  CivilFromDays(days, year, month, day);
-  char text[96];
-  std::snprintf(text, sizeof text, "%04lld-%02u-%02uT%02lld:%02lld:%02lldZ", year, month, day,
-                inDay / 3600, inDay / 60 % 60, inDay % 60);
-  return text;
-}
 
 // Reads digits exactly count long at text[at...].
 bool Digits(const std::string& text, size_t at, size_t count, unsigned& value) {
@@ -111,20 +97,6 @@ RVDate ParseDate(const std::string& text) {
   return RVDate::DateWithTimeIntervalSince1970(static_cast<double>(seconds) + fraction);
 }
 
-// The platform's own boolean numbers (what <true/> reads as) are numbers
-// to the library's factory; the bridge's boolean conversion hands back
-// that very object for them and another for any other number.
-bool IsPlatformBoolean(const RVNumber& number) {
-  CFBooleanRef ref = reinterpret_cast<CFBooleanRef>(number.Ref());
-  return number.Ref() != nullptr && RVInternalRef::Convert(ref).Ref() == number.Ref();
-}
-
-bool BoolOf(const RVObject& value) {
-  if (const RVBool* boolean = dynamic_cast<const RVBool*>(&value))
-    return static_cast<bool>(*boolean);
-  return static_cast<bool>(static_cast<const RVNumber&>(value));
-}
-
 std::unique_ptr<RVObject> Integer(const std::string& text) {
   const std::string why = "'" + text + "' is not an integer";
   if (text.empty() || std::isspace(static_cast<unsigned char>(text[0]))) throw InputError{why};
@@ -144,18 +116,35 @@ std::unique_ptr<RVObject> Integer(const std::string& text) {
 
 }  // namespace
 
+std::string DateText(const RVDate& date) {
+  double seconds = std::floor(date.TimeIntervalSinceRefereceDate() + kReferenceSince1970);
+  if (!std::isfinite(seconds) || std::fabs(seconds) > 1e15) return "invalid date";
+  long long whole = static_cast<long long>(seconds);
+  long long days = whole >= 0 ? whole / 86400 : -((-whole + 86399) / 86400);
+  long long inDay = whole - days * 86400;
+  long long year;
+  unsigned month, day;
+  CivilFromDays(days, year, month, day);
+  char text[96];
+  std::snprintf(text, sizeof text, "%04lld-%02u-%02uT%02lld:%02lld:%02lldZ", year, month, day,
+                inDay / 3600, inDay / 60 % 60, inDay % 60);
+  return text;
+}
+
 Kind KindOf(const RVObject& value) {
-  if (dynamic_cast<const RVDictionary*>(&value) != nullptr) return Kind::Dictionary;
-  if (dynamic_cast<const RVArray*>(&value) != nullptr) return Kind::Array;
-  if (dynamic_cast<const RVString*>(&value) != nullptr) return Kind::String;
-  if (dynamic_cast<const RVBool*>(&value) != nullptr) return Kind::Boolean;
-  if (const RVNumber* number = dynamic_cast<const RVNumber*>(&value)) {
-    if (IsPlatformBoolean(*number)) return Kind::Boolean;
-    return number->IsFloatType() ? Kind::Real : Kind::Integer;
+  switch (RVPropertyList::KindOf(value)) {
+    case RVPropertyList::Kind::kNull: return Kind::Null;
+    case RVPropertyList::Kind::kString: return Kind::String;
+    case RVPropertyList::Kind::kInteger:
+    case RVPropertyList::Kind::kUnsignedInteger: return Kind::Integer;
+    case RVPropertyList::Kind::kReal: return Kind::Real;
+    case RVPropertyList::Kind::kBoolean: return Kind::Boolean;
+    case RVPropertyList::Kind::kDate: return Kind::Date;
+    case RVPropertyList::Kind::kData: return Kind::Data;
+    case RVPropertyList::Kind::kArray: return Kind::Array;
+    case RVPropertyList::Kind::kDictionary: return Kind::Dictionary;
+    case RVPropertyList::Kind::kOther: break;
   }
-  if (dynamic_cast<const RVDate*>(&value) != nullptr) return Kind::Date;
-  if (dynamic_cast<const RVData*>(&value) != nullptr) return Kind::Data;
-  if (typeid(value) == typeid(RVObject) && value.Ref() == nullptr) return Kind::Null;
   return Kind::Other;
 }
 
@@ -181,12 +170,7 @@ std::string ScalarText(const RVObject& value) {
     case Kind::Integer:
       // The number's own text: it knows whether it is signed.
       return Utf8(static_cast<const RVNumber&>(value).StringValue());
-    case Kind::Real: {
-      char text[64];
-      double real = static_cast<double>(static_cast<const RVNumber&>(value));
-      auto result = std::to_chars(text, text + sizeof text, real);
-      return std::string(text, result.ptr);
-    }
+    case Kind::Real: return RealText(static_cast<double>(static_cast<const RVNumber&>(value)));
     case Kind::Boolean: return BoolOf(value) ? "true" : "false";
     case Kind::Date: return DateText(static_cast<const RVDate&>(value));
     case Kind::Data: {

@@ -4,7 +4,7 @@
 
 #include <Rovani/Base64Encoding.h>
 
-#include "Platform/Text/RVBase64Alphabet.h"
+#include "Platform/Text/RVBase64.h"
 
 Base64Encoding::Base64Encoding() {}
 
@@ -17,34 +17,18 @@ RVData Base64Encoding::EncodeData(RVData input) {
   result.InitWithLength((length + 3) / 3 * 4);
   unsigned char* out = static_cast<unsigned char*>(result.MutableBytes());
 
-  unsigned int whole = length / 3 * 3;
-  unsigned int i = 0;
-  for (; i < whole; i += 3) {
-    unsigned char a = in[i], b = in[i + 1], c = in[i + 2];
-    *out++ = kRVBase64Alphabet[a >> 2];
-    *out++ = kRVBase64Alphabet[((a << 4) & 48) | (b >> 4)];
-    *out++ = kRVBase64Alphabet[((b << 2) & 60) | (c >> 6)];
-    *out++ = kRVBase64Alphabet[c & 63];
-  }
-  if (length - i == 1) {
-    unsigned char a = in[i];
-    *out++ = kRVBase64Alphabet[a >> 2];
-    *out++ = kRVBase64Alphabet[(a << 4) & 48];
-    *out++ = '=';
-    *out++ = '=';
-  } else if (length - i == 2) {
-    unsigned char a = in[i], b = in[i + 1];
-    *out++ = kRVBase64Alphabet[a >> 2];
-    *out++ = kRVBase64Alphabet[((a << 4) & 48) | (b >> 4)];
-    *out++ = kRVBase64Alphabet[(b << 2) & 60];
-    *out++ = '=';
-  }
+  // The buffer is a group longer than the text when length is a multiple
+  // of three; those bytes stay zero.
+  RVBase64EncodeTo(reinterpret_cast<char*>(out), in, length);
   return result;
 }
 
-// The decoded bytes are gathered in a private buffer and held as one
-// immutable copy at the end: the same bytes as appending group by group, at
-// linear cost.
+// Decoding keeps rules of its own that callers rely on (characters outside
+// the alphabet are skipped, the input's last byte is dropped, a short group
+// still counts its bytes), so it shares the alphabet, not the strict
+// decoder of RVBase64.h. The decoded bytes are gathered in a private buffer
+// and held as one immutable copy at the end: the same bytes as appending
+// group by group, at linear cost.
 RVData Base64Encoding::DecodeData(RVData input) {
   const unsigned char* in = static_cast<const unsigned char*>(input.Bytes());
   unsigned int length = input.Length();

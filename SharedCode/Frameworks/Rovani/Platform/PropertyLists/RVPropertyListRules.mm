@@ -10,6 +10,7 @@
 #include <string>
 
 #include "Platform/PropertyLists/RVPropertyListRules.h"
+#include "Platform/Text/RVUTF8.h"
 
 RVPropertyListClasses::RVPropertyListClasses()
     : string_([NSString class]),
@@ -152,21 +153,7 @@ std::string KeyText(NSString* key) {
     else if (c >= 0xD800 && c <= 0xDFFF)
       c = 0xFFFD;
     if (c == '.' || c == '\\') out += '\\';
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else if (c < 0x800) {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | (c >> 18));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
+    RVAppendUTF8(&out, c);
   }
   return out;
 }

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Platform/PropertyLists/RVXMLPropertyListValues.h"
-#include "Platform/Text/RVBase64Alphabet.h"
+#include "Platform/Text/RVBase64.h"
 
 namespace {
 
@@ -123,35 +123,8 @@ id RVXMLMakeDate(const std::string& raw) {
 
 // <data>: Base64, white space ignored, padding optional at the very end.
 id RVXMLMakeData(const std::string& text) {
-  std::vector<unsigned char> bytes;
-  bytes.reserve(text.size() / 4 * 3 + 3);
-  uint32_t group = 0;
-  int filled = 0;
-  bool padded = false;
-  for (unsigned char c : text) {
-    if (IsSpace(c)) continue;
-    unsigned int digit = RVBase64DigitPlusOne(c);
-    if (c == '=') {
-      padded = true;
-      continue;
-    }
-    if (digit == 0) return nil;
-    if (padded) return nil;  // nothing after the padding
-    group = (group << 6) | (digit - 1);
-    if (++filled == 4) {
-      bytes.push_back(static_cast<unsigned char>(group >> 16));
-      bytes.push_back(static_cast<unsigned char>(group >> 8));
-      bytes.push_back(static_cast<unsigned char>(group));
-      group = 0;
-      filled = 0;
-    }
-  }
-  if (filled == 1) return nil;
-  if (filled == 2) bytes.push_back(static_cast<unsigned char>(group >> 4));
-  if (filled == 3) {
-    bytes.push_back(static_cast<unsigned char>(group >> 10));
-    bytes.push_back(static_cast<unsigned char>(group >> 2));
-  }
+  std::string bytes;
+  if (!RVBase64Decode(text.data(), text.size(), bytes, nullptr, true)) return nil;
   return [[NSData alloc] initWithBytes:bytes.data() length:bytes.size()];
 }
 

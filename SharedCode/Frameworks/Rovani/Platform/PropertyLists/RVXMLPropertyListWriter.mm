@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Text/RVBase64Alphabet.h"
+#include "Platform/Text/RVBase64.h"
+#include "Platform/Text/RVUTF8.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVPropertyListRules.h"
 #include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
@@ -160,19 +161,10 @@ class Writer {
           } else {
             return refusal_.Character(key, units, count);
           }
-        } else if (c < 0x800) {
-          *p++ = static_cast<char>(0xC0 | (c >> 6));
-          *p++ = static_cast<char>(0x80 | (c & 0x3F));
         } else if (c < 0xD800 || (c > 0xDFFF && c < 0xFFFE)) {
-          *p++ = static_cast<char>(0xE0 | (c >> 12));
-          *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-          *p++ = static_cast<char>(0x80 | (c & 0x3F));
+          p = RVPutUTF8(p, c);
         } else if (c <= 0xDBFF && i < count && units[i] >= 0xDC00 && units[i] <= 0xDFFF) {
-          uint32_t code = 0x10000 + ((static_cast<uint32_t>(c) - 0xD800) << 10) + (units[i++] - 0xDC00);
-          *p++ = static_cast<char>(0xF0 | (code >> 18));
-          *p++ = static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-          *p++ = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-          *p++ = static_cast<char>(0x80 | (code & 0x3F));
+          p = RVPutUTF8(p, 0x10000 + ((static_cast<uint32_t>(c) - 0xD800) << 10) + (units[i++] - 0xDC00));
         } else {
           return refusal_.Character(key, units, count);  // a lone surrogate, U+FFFE, U+FFFF
         }
@@ -271,22 +263,7 @@ class Writer {
     char* p = out_.Reserve(kElementRoom + (n + 2) / 3 * 4);
     if (p == nullptr) return refusal_.TooLarge();
     p = Put(Indent(p, level), "<data>\n");
-    size_t i = 0;
-    for (; i + 3 <= n; i += 3) {
-      uint32_t group = (uint32_t(bytes[i]) << 16) | (uint32_t(bytes[i + 1]) << 8) | bytes[i + 2];
-      *p++ = kRVBase64Alphabet[group >> 18];
-      *p++ = kRVBase64Alphabet[(group >> 12) & 63];
-      *p++ = kRVBase64Alphabet[(group >> 6) & 63];
-      *p++ = kRVBase64Alphabet[group & 63];
-    }
-    if (i < n) {
-      uint32_t group = uint32_t(bytes[i]) << 16;
-      if (i + 1 < n) group |= uint32_t(bytes[i + 1]) << 8;
-      *p++ = kRVBase64Alphabet[group >> 18];
-      *p++ = kRVBase64Alphabet[(group >> 12) & 63];
-      *p++ = i + 1 < n ? kRVBase64Alphabet[(group >> 6) & 63] : '=';
-      *p++ = '=';
-    }
+    p = RVBase64EncodeTo(p, bytes, n);
     out_.Commit(Put(p, "</data>\n"));
     return true;
   }

@@ -17,26 +17,32 @@
 
 #include "Platform/Text/RVBase64Alphabet.h"
 
-inline std::string RVBase64Encode(const void* bytes, size_t length) {
+// Writes the (length + 2) / 3 * 4 characters of bytes' Base64 text at out
+// and answers the end of what it wrote.
+inline char* RVBase64EncodeTo(char* out, const void* bytes, size_t length) {
   const unsigned char* in = static_cast<const unsigned char*>(bytes);
-  std::string text;
-  text.reserve((length + 2) / 3 * 4);
   size_t i = 0;
   for (; i + 3 <= length; i += 3) {
     unsigned int group = (in[i] << 16) | (in[i + 1] << 8) | in[i + 2];
-    text += kRVBase64Alphabet[(group >> 18) & 63];
-    text += kRVBase64Alphabet[(group >> 12) & 63];
-    text += kRVBase64Alphabet[(group >> 6) & 63];
-    text += kRVBase64Alphabet[group & 63];
+    *out++ = kRVBase64Alphabet[(group >> 18) & 63];
+    *out++ = kRVBase64Alphabet[(group >> 12) & 63];
+    *out++ = kRVBase64Alphabet[(group >> 6) & 63];
+    *out++ = kRVBase64Alphabet[group & 63];
   }
   if (i < length) {
     unsigned int group = in[i] << 16;
     if (i + 1 < length) group |= in[i + 1] << 8;
-    text += kRVBase64Alphabet[(group >> 18) & 63];
-    text += kRVBase64Alphabet[(group >> 12) & 63];
-    text += i + 1 < length ? kRVBase64Alphabet[(group >> 6) & 63] : '=';
-    text += '=';
+    *out++ = kRVBase64Alphabet[(group >> 18) & 63];
+    *out++ = kRVBase64Alphabet[(group >> 12) & 63];
+    *out++ = i + 1 < length ? kRVBase64Alphabet[(group >> 6) & 63] : '=';
+    *out++ = '=';
   }
+  return out;
+}
+
+inline std::string RVBase64Encode(const void* bytes, size_t length) {
+  std::string text((length + 2) / 3 * 4, '\0');
+  RVBase64EncodeTo(&text[0], bytes, length);
   return text;
 }
 
@@ -47,9 +53,11 @@ struct RVBase64Fault {
 };
 
 // Decodes text into bytes (replacing what bytes held). False, with fault
-// filled in when given, for text that is not strict Base64.
+// filled in when given, for text that is not strict Base64. With
+// anyPadding, "=" may stand in any number at the end (property lists
+// written by other tools are read as leniently as they always were).
 inline bool RVBase64Decode(const char* text, size_t length, std::string& bytes,
-                           RVBase64Fault* fault = nullptr) {
+                           RVBase64Fault* fault = nullptr, bool anyPadding = false) {
   auto fail = [&](RVBase64Fault::Kind kind, size_t offset) {
     if (fault != nullptr) {
       fault->kind = kind;
@@ -81,7 +89,8 @@ inline bool RVBase64Decode(const char* text, size_t length, std::string& bytes,
   }
   // One digit alone cannot hold a byte; padding, when present, completes
   // the last group of four exactly.
-  if (digits % 4 == 1 || padding > 2 || (padding > 0 && (digits + padding) % 4 != 0)) {
+  if (digits % 4 == 1 ||
+      (!anyPadding && (padding > 2 || (padding > 0 && (digits + padding) % 4 != 0)))) {
     return fail(RVBase64Fault::kTruncated, length);
   }
   return true;

@@ -10,23 +10,31 @@
 #include <cstdint>
 #include <string>
 
-// Appends the UTF-8 form of code point c (at most U+10FFFF, no surrogate).
-inline void RVAppendUTF8(std::string* out, uint32_t c) {
+// Writes the UTF-8 form of code point c (at most U+10FFFF, no surrogate)
+// at p, which has room for four bytes, and answers the end of what it wrote.
+inline char* RVPutUTF8(char* p, uint32_t c) {
   if (c < 0x80) {
-    out->push_back(static_cast<char>(c));
+    *p++ = static_cast<char>(c);
   } else if (c < 0x800) {
-    out->push_back(static_cast<char>(0xC0 | (c >> 6)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    *p++ = static_cast<char>(0xC0 | (c >> 6));
+    *p++ = static_cast<char>(0x80 | (c & 0x3F));
   } else if (c < 0x10000) {
-    out->push_back(static_cast<char>(0xE0 | (c >> 12)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    *p++ = static_cast<char>(0xE0 | (c >> 12));
+    *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    *p++ = static_cast<char>(0x80 | (c & 0x3F));
   } else {
-    out->push_back(static_cast<char>(0xF0 | (c >> 18)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-    out->push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    *p++ = static_cast<char>(0xF0 | (c >> 18));
+    *p++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+    *p++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    *p++ = static_cast<char>(0x80 | (c & 0x3F));
   }
+  return p;
+}
+
+// Appends the UTF-8 form of code point c.
+inline void RVAppendUTF8(std::string* out, uint32_t c) {
+  char bytes[4];
+  out->append(bytes, static_cast<size_t>(RVPutUTF8(bytes, c) - bytes));
 }
 
 // Decodes the sequence at *i of n bytes into *code and moves *i past it;
