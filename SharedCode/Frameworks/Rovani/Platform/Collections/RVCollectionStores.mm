@@ -251,13 +251,29 @@ bool RVStoreKindFits(id obj, RVStoreKind kind) {
   return obj == nil || [obj isKindOfClass:Classes().parent[static_cast<int>(kind)]];
 }
 
+namespace {
+
+template <typename Slots>
+id StoreForChange(id obj) {
+  Slots& slots = SlotsOf<Slots>(obj);
+  ++slots.mutations;
+  return slots.store.Get();
+}
+
+}  // namespace
+
 id RVSolelyHeldStore(id obj, RVStoreKind kind) {
   if (obj == nil || object_getClass(obj) != Classes().own[static_cast<int>(kind)]) return nil;
   if ([obj retainCount] != 1) return nil;
-  // Every kind keeps the same two slots, the store first.
-  StoreSlots<id>& slots = SlotsOf<StoreSlots<id>>(obj);
-  ++slots.mutations;
-  return slots.store.Get();
+  switch (kind) {
+    case RVStoreKind::kDictionary:
+      return StoreForChange<DictionarySlots>(obj);
+    case RVStoreKind::kArray:
+      return StoreForChange<ArraySlots>(obj);
+    case RVStoreKind::kData:
+      return StoreForChange<DataSlots>(obj);
+  }
+  return nil;
 }
 
 id RVNewStoreObject(RVStoreKind kind, id contents, id* store) {
