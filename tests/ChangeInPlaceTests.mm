@@ -42,6 +42,9 @@
 @end
 
 @implementation BytesRaisingData
+- (id)init {
+  return self;
+}
 - (NSUInteger)length {
   return 4;
 }
@@ -268,9 +271,8 @@ TEST(ChangeInPlaceRaising, LeavesTheValueAsItWas) {
   RVData data;
   data.AppendString("ab");
   data.AppendString("cd");
-  expectUnchanged(data, [&] {
-    data.AppendData(RVData([[[BytesRaisingData alloc] init] autorelease]));
-  });
+  RVData raisingData([[[BytesRaisingData alloc] init] autorelease]);
+  expectUnchanged(data, [&] { data.AppendData(raisingData); });
   // The next change goes ahead in place.
   id object = dictionary.Ref();
   dictionary.AddDictionary(RVDictionary([NSDictionary dictionaryWithObject:@"v" forKey:@"z"]));

@@ -228,10 +228,14 @@ void RVDictionary::AddDictionary(const RVDictionary& other) {
   // Adding entries is many steps: reading the other dictionary (of any
   // class, whose values may raise when read) and copying its keys happen
   // first, into a dictionary of the platform's own, so that whatever raises
-  // leaves this one as it was, changed in place or not. Staging leaves a
-  // reference to every entry in the pool, drained here when nothing raised.
+  // leaves this one as it was, changed in place or not. The staging
+  // dictionary is owned before anything can raise (an initialiser that
+  // raises leaks what it allocated); a pool of its own takes what the
+  // platform autoreleases while adding, drained when nothing raised.
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  RVOwned<NSDictionary*> entries = RVAdopt([[NSDictionary alloc] initWithDictionary:other.Ref()]);
+  RVOwned<NSMutableDictionary*> entries =
+      RVAdopt([[NSMutableDictionary alloc] initWithCapacity:[other.Ref() count]]);
+  [entries.Get() addEntriesFromDictionary:other.Ref()];
   RVChangeHeld(*this, RVStoreKind::kDictionary, [&](NSMutableDictionary* working) {
     [working addEntriesFromDictionary:entries.Get()];
   });
