@@ -78,7 +78,12 @@ RVObject* MemberByMember(const Json::Value& value) {
     if (a == b) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << where << ": only one side is nil";
   }
-  if ([a class] != [b class])
+  // Immutable collections count as one kind, whoever made them: the
+  // library's own are of classes of their own.
+  Class collection = [a isKindOfClass:[NSDictionary class]] ? [NSDictionary class]
+                     : [a isKindOfClass:[NSArray class]]    ? [NSArray class]
+                                                            : Nil;
+  if (collection != Nil ? ![b isKindOfClass:collection] : [a class] != [b class])
     return ::testing::AssertionFailure() << where << ": " << [NSStringFromClass([a class]) UTF8String]
                                          << " vs " << [NSStringFromClass([b class]) UTF8String];
   if ([a isKindOfClass:[NSDictionary class]]) {

@@ -10,6 +10,7 @@
 #include "Platform/Runtime/RVClassType.h"
 #include "Platform/Text/RVEncoding.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/Runtime/RVOwned.h"
 
 RVData::RVData() : RVObject() {}
 RVData::RVData(const RVData& other) : RVObject(other) {}
@@ -72,15 +73,11 @@ void RVData::InitWithDictionary(const RVDictionary& dictionary) { operator=(dict
 void RVData::InitWithData(RVData other) { operator=(other.Ref()); }
 
 void RVData::InitWithLength(unsigned int length) {
-  NSMutableData* made = [[NSMutableData alloc] initWithLength:length];
-  RVObject::operator=(made);
-  [made release];
+  RVObject::operator=(RVAdopt([[NSMutableData alloc] initWithLength:length]).Get());
 }
 
 void RVData::InitWithBytes(const void* bytes, unsigned int length) {
-  NSData* made = [[NSData alloc] initWithBytes:bytes length:length];
-  RVObject::operator=(made);
-  [made release];
+  RVObject::operator=(RVAdopt([[NSData alloc] initWithBytes:bytes length:length]).Get());
 }
 
 void RVData::InitWithStringUsingEncoding(RVString string, unsigned int code) {

@@ -7,6 +7,7 @@
 
 #include "Platform/CoreFoundation/RVCalendar.h"
 #include "Platform/Runtime/RVClassType.h"
+#include "Platform/Runtime/RVOwned.h"
 
 double OneMinuteTimeInterval = 60.0;
 double OneHourTimeInterval = 3600.0;
@@ -41,10 +42,10 @@ RVDate RVDate::Now() { return RVDate([NSDate date]); }
 
 RVDate RVDate::Today() {
   RVDate today;
-  NSCalendar* calendar =
-      [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
+  RVOwned<NSCalendar*> calendar =
+      RVAdopt([[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar]);
   NSDateComponents* fields =
-      [calendar components:(NSYearCalendarUnit | NSMonthCalendarUnit | NSDayCalendarUnit)
+      [calendar.Get() components:(NSYearCalendarUnit | NSMonthCalendarUnit | NSDayCalendarUnit)
                   fromDate:[NSDate date]];
   today = DateFromMonthDayYear((int)[fields month], (int)[fields day], (int)[fields year]);
   return today;

@@ -12,6 +12,7 @@
 
 #include "Platform/Files/RVAtomicFile.h"
 #include "Platform/Collections/RVChangedCopy.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Runtime/RVClassType.h"
 #include "Platform/Runtime/RVHandleTable.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
@@ -224,9 +225,22 @@ void RVDictionary::AddDictionary(const RVDictionary& other) {
   if (other.IsEmpty()) return;
   // Nothing to add from a dictionary equal to this one (itself included).
   if (!(static_cast<const RVObject&>(other) != static_cast<const RVObject&>(*this))) return;
+  // Adding entries is many steps: reading the other dictionary (of any
+  // class, whose values may raise when read) and copying its keys happen
+  // first, into a dictionary of the platform's own, so that whatever raises
+  // leaves this one as it was, changed in place or not. The staging
+  // dictionary is owned before anything can raise (an initialiser that
+  // raises leaks what it allocated); a pool of its own takes what the
+  // platform autoreleases while adding, drained when nothing raised.
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  RVOwned<NSMutableDictionary*> entries =
+      RVAdopt([[NSMutableDictionary alloc] initWithCapacity:[other.Ref() count]]);
+  [entries.Get() addEntriesFromDictionary:other.Ref()];
   RVChangeHeld(*this, RVStoreKind::kDictionary, [&](NSMutableDictionary* working) {
-    [working addEntriesFromDictionary:other.Ref()];
+    [working addEntriesFromDictionary:entries.Get()];
   });
+  entries.Reset();
+  [pool drain];
 }
 
 RVDictionary& RVDictionary::operator+=(const RVDictionary& other) {

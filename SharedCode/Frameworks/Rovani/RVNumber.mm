@@ -4,12 +4,12 @@
 
 #include "Platform/Runtime/RVClassType.h"
 #include "Platform/Runtime/RVScalars.h"
+#include "Platform/Runtime/RVOwned.h"
 
 namespace {
 // The handle keeps the only reference to a number it makes.
 void Adopt(RVNumber& number, NSNumber* made) {
-  static_cast<RVObject&>(number) = made;
-  [made release];
+  static_cast<RVObject&>(number) = RVAdopt(made).Get();
 }
 }  // namespace
 

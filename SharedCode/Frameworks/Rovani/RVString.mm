@@ -18,6 +18,7 @@
 #include "Platform/CoreFoundation/RVCoreFoundation.h"
 #include "Platform/Runtime/RVClassType.h"
 #include "Platform/Text/RVEncoding.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Runtime/RVScalars.h"
 
 // ---------------------------------------------------------------------------
@@ -83,9 +84,8 @@ RVString& RVString::operator=(const char* str) {
     Empty();
     return *this;
   }
-  NSString* made = [[NSString alloc] initWithCString:str encoding:NSUTF8StringEncoding];
-  RVObject::operator=(made);
-  [made release];
+  RVOwned<> made = RVAdopt([[NSString alloc] initWithCString:str encoding:NSUTF8StringEncoding]);
+  RVObject::operator=(made.Get());
   return *this;
 }
 
@@ -95,9 +95,9 @@ RVString& RVString::operator=(const unsigned char* str) {
 
 RVString& RVString::operator=(const wchar_t* str) {
   // "%S" reads 16-bit units, whatever the width of wchar_t.
-  NSString* made = [[NSString alloc] initWithFormat:@"%S", reinterpret_cast<const unichar*>(str)];
-  RVObject::operator=(made);
-  [made release];
+  RVOwned<> made =
+      RVAdopt([[NSString alloc] initWithFormat:@"%S", reinterpret_cast<const unichar*>(str)]);
+  RVObject::operator=(made.Get());
   return *this;
 }
 
@@ -220,30 +220,24 @@ RVString RVString::SubstringWithRange(RVRange range) const {
   // Only what the exception says is kept inside the handler; the C++ throw
   // happens after it, outside the Objective-C exception scope. Objects other
   // than NSExceptions are not caught here and pass on unchanged.
-  NSString* rangeMessage = nil;
-  NSString* otherDescription = nil;
+  RVOwned<> rangeMessage;
+  RVOwned<> otherDescription;
   @try {
     result = static_cast<RVId>([Ref() substringWithRange:(NSRange)range]);
   } @catch (NSException* exception) {
     if ([[exception name] isEqual:NSRangeException]) {
-      rangeMessage = [[NSString alloc]
-          initWithFormat:@"Exception %@ - %@", [exception name], [exception description]];
+      rangeMessage = RVAdopt([[NSString alloc]
+          initWithFormat:@"Exception %@ - %@", [exception name], [exception description]]);
     } else {
-      otherDescription = [[exception description] retain];
+      otherDescription = RVOwned<>::Retain([exception description]);
     }
   }
 
-  if (rangeMessage != nil) {
-    RVString message(static_cast<RVId>(rangeMessage));
-    [rangeMessage release];
-    throw new RVError(
-        RVError::ErrorWithCodeDescriptionAndDomain(1, message, FilePathToDomain(__FILE__)));
+  if (rangeMessage) {
+    throw new RVError(RVError::ErrorWithCodeDescriptionAndDomain(
+        1, RVString(rangeMessage.Get()), FilePathToDomain(__FILE__)));
   }
-  if (otherDescription != nil) {
-    RVString* thrown = new RVString(static_cast<RVId>(otherDescription));
-    [otherDescription release];
-    throw thrown;
-  }
+  if (otherDescription) throw new RVString(otherDescription.Get());
   return result;
 }
 
@@ -256,70 +250,15 @@ RVString RVString::StringByReplacingOccurrencesOfStringWithString(
       [Ref() stringByReplacingOccurrencesOfStringMB:target.Ref() withString:replacement.Ref()]));
 }
 
-RVString RVString::StringByDeletingLastPathComponent() const {
-  return RVString(static_cast<RVId>([Ref() stringByDeletingLastPathComponent]));
-}
-
-RVString RVString::StringByDeletingPathExtension() const {
-  return RVString(static_cast<RVId>([Ref() stringByDeletingPathExtension]));
-}
-
-RVString RVString::LastPathComponent() const {
-  return RVString(static_cast<RVId>([Ref() lastPathComponent]));
-}
-
-RVString RVString::PathExtension() const {
-  return RVString(static_cast<RVId>([Ref() pathExtension]));
-}
-
-RVString RVString::StringByAppendingPathComponent(const RVString& component) const {
-  NSString* base = IsEmpty() ? @"" : Ref();
-  return RVString(static_cast<RVId>([base stringByAppendingPathComponent:component.Ref()]));
-}
-
-RVString RVString::StringByAppendingPathExtension(const RVString& extension) const {
-  NSString* base = IsEmpty() ? @"" : Ref();
-  return RVString(static_cast<RVId>([base stringByAppendingPathExtension:extension.Ref()]));
-}
-
-RVString RVString::StringByAddingPercentEscapes() const {
-  return RVString(
-      static_cast<RVId>([Ref() stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding]));
-}
-
-RVString RVString::StringByAddingPercentEscapesSpecifyingEscapeCharacters(
-    RVString escapeCharacters) const {
-  CFStringRef made = CFURLCreateStringByAddingPercentEscapes(
-      nullptr, (CFStringRef)Ref(), nullptr, (CFStringRef)escapeCharacters.Ref(),
-      kCFStringEncodingUTF8);
-  return RVString(static_cast<RVId>([(id)made autorelease]));
-}
-
 // ---------------------------------------------------------------------------
 // Makers
 
 RVString RVString::StringWithFormat(RVString format, ...) {
   va_list args;
   va_start(args, format);
-  NSString* made = [[NSString alloc] initWithFormat:format.Ref() arguments:args];
+  RVOwned<> made = RVAdopt([[NSString alloc] initWithFormat:format.Ref() arguments:args]);
   va_end(args);
-  RVString result(static_cast<RVId>(made));
-  [made release];
-  return result;
-}
-
-RVString RVString::StringWithCStringUsingEncoding(const char* bytes, unsigned int code) {
-  if (bytes == nullptr) return RVString();
-  NSStringEncoding encoding = RVPlatformEncodingForCode(code);
-  NSString* made = [[NSString alloc] initWithCString:bytes encoding:encoding];
-  RVString result(static_cast<RVId>(made));
-  [made release];
-  return result;
-}
-
-RVString RVString::StringWithCStringUsingEncoding(const unsigned char* bytes, unsigned int code) {
-  if (bytes == nullptr) return RVString();
-  return StringWithCStringUsingEncoding(reinterpret_cast<const char*>(bytes), code);
+  return RVString(made.Get());
 }
 
 // ---------------------------------------------------------------------------
@@ -390,18 +329,16 @@ NSString* NewDirectJoin(NSString* left, NSString* right) {
 // render as themselves are joined without formatting. Appending a string to
 // itself therefore appends what nil renders as, and takes the formatted route.
 RVString& RVString::operator+=(const RVString& other) {
-  NSString* joined = &other != this ? NewDirectJoin(Ref(), other.Ref()) : nil;
-  if (joined == nil) {
-    NSString* left =
-        Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init];
+  RVOwned<> joined = RVAdopt(&other != this ? NewDirectJoin(Ref(), other.Ref()) : nil);
+  if (!joined) {
+    RVOwned<> left =
+        RVAdopt(Ref() != nil ? [[NSString alloc] initWithString:Ref()] : [[NSString alloc] init]);
     Release();
-    joined = [[NSString alloc] initWithFormat:@"%@%@", left, other.Ref()];
-    [left release];
+    joined = RVAdopt([[NSString alloc] initWithFormat:@"%@%@", left.Get(), other.Ref()]);
   } else {
     Release();
   }
-  RVObject::operator=(joined);
-  [joined release];
+  RVObject::operator=(joined.Get());
   return *this;
 }
 
@@ -441,58 +378,6 @@ RVString operator+(const RVString& l, const unsigned char* r) { return Concatena
 RVString operator+(const unsigned char* l, const RVString& r) { return Concatenate(l, r); }
 RVString operator+(const RVString& l, const wchar_t* r) { return Concatenate(l, r); }
 RVString operator+(const wchar_t* l, const RVString& r) { return Concatenate(l, r); }
-
-// ---------------------------------------------------------------------------
-// Bytes
-
-RVString::RVString(const RVData& data) : RVObject() { operator=(data); }
-
-RVString& RVString::operator=(const RVData& data) {
-  unsigned int length = data.Length();
-  const char* bytes = data.CharPointer();
-  // A trailing zero byte marks a C string: only the text before the first
-  // zero is used. Without one, every byte is decoded.
-  if (length > 0 && bytes[length - 1] == 0) length = static_cast<unsigned int>(strlen(bytes));
-  NSString* made = [[NSString alloc] initWithBytes:bytes
-                                            length:length
-                                          encoding:NSUTF8StringEncoding];
-  RVObject::operator=(made);
-  [made release];
-  return *this;
-}
-
-RVData RVString::DataContainingStringUsingEncoding(unsigned int code) const {
-  return RVData::DataWithStringUsingEncoding(*this, code);
-}
-
-RVData RVString::DataContainingCStringUsingEncoding(unsigned int code) const {
-  NSData* encoded = RVEncodedBytes(Ref(), code);
-  const NSUInteger zeros = code == kRVStringEncodingUnicode ? 2 : 1;
-  const NSUInteger length = [encoded length];
-  char* bytes = static_cast<char*>(malloc(length + zeros));
-  if (length > 0) memcpy(bytes, [encoded bytes], length);
-  memset(bytes + length, 0, zeros);
-  NSData* made = [[NSData alloc] initWithBytesNoCopy:bytes length:length + zeros freeWhenDone:YES];
-  RVData result(made);
-  [made release];
-  return result;
-}
-
-RVData RVString::DataContainingUTF8CString() const {
-  return DataContainingCStringUsingEncoding(kRVStringEncodingUTF8);
-}
-RVData RVString::DataContainingUnicodeCString() const {
-  return DataContainingCStringUsingEncoding(kRVStringEncodingUnicode);
-}
-RVData RVString::DataContainingMacOSRomanCString() const {
-  return DataContainingCStringUsingEncoding(kRVStringEncodingMacOSRoman);
-}
-RVData RVString::DataContainingWindowsLatin1CString() const {
-  return DataContainingCStringUsingEncoding(kRVStringEncodingWindowsLatin1);
-}
-RVData RVString::DataContainingASCIICString() const {
-  return DataContainingCStringUsingEncoding(kRVStringEncodingASCII);
-}
 
 // ---------------------------------------------------------------------------
 // Members that hand out arrays

@@ -8,6 +8,7 @@
 #include <Rovani/RVObject.h>
 
 #include "Platform/Collections/RVCollectionStores.h"
+#include "Platform/Runtime/RVOwned.h"
 
 // A handle always holds an immutable object. When it holds one of the
 // library's own (RVCollectionStores.h) and its reference is the only one,
@@ -21,13 +22,18 @@
 // is the held object itself, the change copies, so that the collection
 // holds its former self rather than itself.
 //
+// A change in place is one platform message that checks its arguments
+// before it changes anything; a change of many steps (adding the entries of
+// another dictionary) stages what can raise before it reaches this function,
+// so that whatever raises leaves the handle's value as it was. A change of a
+// copy that raises loses the copy and leaves the handle alone: the owners
+// below release it on the way out, and the exception reaches the caller.
+//
 // GNUstep leaves an autoreleased reference to every element behind when it
 // copies a collection; a pool of our own drains them, so a run of changes
-// does not pile up references until the caller's pool drains. A platform
-// exception raised by change reaches the caller: a change in place is one
-// platform message, which checks its arguments before it changes anything;
-// a copy is released (the pool goes with the caller's, which also keeps
-// the exception alive).
+// does not pile up references until the caller's pool drains. On a raise the
+// pool is not drained here: it goes with the caller's, which also keeps the
+// exception alive.
 template <typename Change>
 void RVChangeHeld(RVObject& handle, RVStoreKind kind, Change change, id argument = nil) {
   id held = handle.Ref();
@@ -38,32 +44,21 @@ void RVChangeHeld(RVObject& handle, RVStoreKind kind, Change change, id argument
   }
   // Only copying contents leaves references behind; a first change has none.
   NSAutoreleasePool* pool = held != nil ? [[NSAutoreleasePool alloc] init] : nil;
-  id changed;
+  RVOwned<> changed;
   if (RVStoreKindFits(held, kind)) {
-    changed = RVNewStoreObject(kind, held, &store);
-    @try {
-      change(store);
-    } @catch (NSException* exception) {
-      [changed release];
-      @throw;
-    }
+    changed = RVAdopt(RVNewStoreObject(kind, held, &store));
+    change(store);
   } else {
     // An object of another class than the handle's (a handle takes any
     // object it is given): its own mutable copy gets the change, which it
     // mostly refuses by raising, and the handle holds an immutable copy of
     // the result.
-    id working = [held mutableCopy];
-    @try {
-      change(working);
-    } @catch (NSException* exception) {
-      [working release];
-      @throw;
-    }
-    changed = [working copy];
-    [working release];
+    RVOwned<> working = RVAdopt([held mutableCopy]);
+    change(working.Get());
+    changed = RVAdopt([working.Get() copy]);
   }
-  handle = changed;
-  [changed release];
+  handle = changed.Get();
+  changed.Reset();
   [pool drain];
 }
 

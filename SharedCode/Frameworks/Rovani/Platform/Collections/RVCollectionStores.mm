@@ -2,19 +2,27 @@
 
 #include <objc/runtime.h>
 
+#include <new>
+
 #include "Platform/Collections/RVCollectionStores.h"
+#include "Platform/Runtime/RVOwned.h"
 
 // Three immutable classes of the platform's class clusters, each made of
 // the cluster's primitive methods over a mutable store that only the
 // library changes. To everybody else they are what the platform's own
 // immutable objects are: not a kind of the mutable class, answering none of
 // its changing messages, copied by a retain, mutably copied into a real
-// mutable object, archived as the parent class. -class answers the class of
-// the platform's own immutable object of that kind, as the private
-// subclasses of key-value observing do: code that compares classes, or
-// makes another object of the same class, meets what it met before these
-// objects existed. Everything else (equality, hashing, descriptions,
-// property lists) comes from the parent class over the primitives.
+// mutable object, archived as the parent class. Everything else (equality,
+// hashing, descriptions, property lists) comes from the parent class over
+// the primitives.
+//
+// -class answers the object's own class, whose layout is the object's: key-
+// value observing makes its subclass of [object class], swaps the object
+// into it, and swaps it back to [object class] when the last observer goes.
+// A class of the platform's here (another layout, other primitives) would
+// leave the object reading its bytes as somebody else's. While observed,
+// the object is of that subclass, not of its own class, so it is never
+// changed in place: a handle copies it.
 //
 // The initialisers set the store alone: the parents' own initialisers come
 // back to the primitive ones, and NSObject's has nothing to do.
@@ -39,19 +47,19 @@ RV_HIDDEN_CLASS_SYMBOLS(RVDataObject)
 
 // What each object keeps lives in bytes allocated beyond the object itself,
 // not in instance variables, which key-value coding would find by name and
-// could replace (-class answers the platform's class, so asking the class
-// whether its variables may be reached directly asks the wrong one).
+// could replace. The bytes come zeroed; the initialisers construct the slots
+// in them and -dealloc destroys them, which releases what they own.
 namespace {
 
 struct EnumeratorSlots {
-  id owner;
-  NSEnumerator* inner;
+  RVOwned<> owner;
+  RVOwned<NSEnumerator*> inner;
 };
 
 template <typename Store>
 struct StoreSlots {
-  Store store;
-  unsigned long mutations;  // changes made in place
+  RVOwned<Store> store;
+  unsigned long mutations = 0;  // changes made in place
 };
 
 template <typename Slots>
@@ -74,56 +82,52 @@ Slots& SlotsOf(id obj) {
 RV_ALLOCATE_WITH_SLOTS(EnumeratorSlots)
 - (id)initWithOwner:(id)owner enumerator:(NSEnumerator*)inner {
   if ((self = [super init]) != nil) {
-    SlotsOf<EnumeratorSlots>(self).owner = [owner retain];
-    SlotsOf<EnumeratorSlots>(self).inner = [inner retain];
+    new (&SlotsOf<EnumeratorSlots>(self))
+        EnumeratorSlots{RVOwned<>::Retain(owner), RVOwned<NSEnumerator*>::Retain(inner)};
   }
   return self;
 }
 - (id)nextObject {
-  return [SlotsOf<EnumeratorSlots>(self).inner nextObject];
+  return [SlotsOf<EnumeratorSlots>(self).inner.Get() nextObject];
 }
 - (void)dealloc {
-  [SlotsOf<EnumeratorSlots>(self).inner release];
-  [SlotsOf<EnumeratorSlots>(self).owner release];
+  SlotsOf<EnumeratorSlots>(self).~EnumeratorSlots();
   [super dealloc];
 }
 @end
 
-// The platform's own class of an immutable object of each kind: what an
-// immutable copy of a mutable one is.
-static Class PlatformClass(RVStoreKind kind);
-
 static NSEnumerator* OwnedEnumerator(id owner, NSEnumerator* inner) {
-  return [[[RVStoreEnumerator alloc] initWithOwner:owner enumerator:inner] autorelease];
+  return RVAdopt([[RVStoreEnumerator alloc] initWithOwner:owner enumerator:inner]).Autorelease();
 }
 
 using DictionarySlots = StoreSlots<NSMutableDictionary*>;
 using ArraySlots = StoreSlots<NSMutableArray*>;
 using DataSlots = StoreSlots<NSMutableData*>;
 
-// The methods every kind shares: its store's own mutable copy, a retain
-// for a copy, its parent class for archives, its store released with it.
-#define RV_STORE_OBJECT_METHODS(Slots, Kind, Parent)                  \
-  RV_ALLOCATE_WITH_SLOTS(Slots)                                        \
-  -(Class) class {                                                     \
-    return PlatformClass(Kind);                                        \
-  }                                                                    \
-  -(id)initWithStore : (id)store {                                     \
-    SlotsOf<Slots>(self).store = store;                                \
-    return self;                                                       \
-  }                                                                    \
-  -(id)copyWithZone : (NSZone*)zone {                                  \
-    return [self retain];                                              \
-  }                                                                    \
-  -(id)mutableCopyWithZone : (NSZone*)zone {                           \
-    return [SlotsOf<Slots>(self).store mutableCopyWithZone:zone];      \
-  }                                                                    \
-  -(Class)classForCoder {                                              \
-    return [Parent class];                                             \
-  }                                                                    \
-  -(void)dealloc {                                                     \
-    [SlotsOf<Slots>(self).store release];                              \
-    [super dealloc];                                                   \
+// The methods every kind shares: its store adopted (replaced, should an
+// initialiser run twice), its store's own mutable copy, a retain for a copy,
+// its parent class for archives, its store released with it. -class is
+// NSObject's: the class the object is of.
+#define RV_STORE_OBJECT_METHODS(Slots, Parent)                           \
+  RV_ALLOCATE_WITH_SLOTS(Slots)                                          \
+  -(id)initWithStore : (id)store {                                       \
+    Slots& slots = SlotsOf<Slots>(self);                                 \
+    if (slots.store) slots.~Slots();                                     \
+    new (&slots) Slots{decltype(slots.store)::Adopt(store)};             \
+    return self;                                                         \
+  }                                                                      \
+  -(id)copyWithZone : (NSZone*)zone {                                    \
+    return [self retain];                                                \
+  }                                                                      \
+  -(id)mutableCopyWithZone : (NSZone*)zone {                             \
+    return [SlotsOf<Slots>(self).store.Get() mutableCopyWithZone:zone];  \
+  }                                                                      \
+  -(Class)classForCoder {                                                \
+    return [Parent class];                                               \
+  }                                                                      \
+  -(void)dealloc {                                                       \
+    SlotsOf<Slots>(self).~Slots();                                       \
+    [super dealloc];                                                     \
   }
 
 // Fast enumeration is the store's, under the object's own mutation count.
@@ -132,9 +136,9 @@ using DataSlots = StoreSlots<NSMutableData*>;
                                     objects : (__unsafe_unretained id[])buffer            \
                                       count : (NSUInteger)length {                        \
     Slots& slots = SlotsOf<Slots>(self);                                                  \
-    NSUInteger count = [slots.store countByEnumeratingWithState:state                     \
-                                                        objects:buffer                    \
-                                                          count:length];                  \
+    NSUInteger count = [slots.store.Get() countByEnumeratingWithState:state               \
+                                                              objects:buffer              \
+                                                                count:length];            \
     state->mutationsPtr = &slots.mutations;                                               \
     return count;                                                                         \
   }
@@ -143,7 +147,7 @@ using DataSlots = StoreSlots<NSMutableData*>;
 @end
 
 @implementation RVDictionaryObject
-RV_STORE_OBJECT_METHODS(DictionarySlots, RVStoreKind::kDictionary, NSDictionary)
+RV_STORE_OBJECT_METHODS(DictionarySlots, NSDictionary)
 RV_STORE_FAST_ENUMERATION(DictionarySlots)
 - (id)initWithObjects:(const id[])objects forKeys:(const id<NSCopying>[])keys count:(NSUInteger)count {
   return [self initWithStore:[[NSMutableDictionary alloc] initWithObjects:objects
@@ -151,16 +155,16 @@ RV_STORE_FAST_ENUMERATION(DictionarySlots)
                                                                     count:count]];
 }
 - (NSUInteger)count {
-  return [SlotsOf<DictionarySlots>(self).store count];
+  return [SlotsOf<DictionarySlots>(self).store.Get() count];
 }
 - (id)objectForKey:(id)key {
-  return [SlotsOf<DictionarySlots>(self).store objectForKey:key];
+  return [SlotsOf<DictionarySlots>(self).store.Get() objectForKey:key];
 }
 - (NSEnumerator*)keyEnumerator {
-  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store keyEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store.Get() keyEnumerator]);
 }
 - (NSEnumerator*)objectEnumerator {
-  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store objectEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<DictionarySlots>(self).store.Get() objectEnumerator]);
 }
 @end
 
@@ -168,25 +172,25 @@ RV_STORE_FAST_ENUMERATION(DictionarySlots)
 @end
 
 @implementation RVArrayObject
-RV_STORE_OBJECT_METHODS(ArraySlots, RVStoreKind::kArray, NSArray)
+RV_STORE_OBJECT_METHODS(ArraySlots, NSArray)
 RV_STORE_FAST_ENUMERATION(ArraySlots)
 - (id)initWithObjects:(const id[])objects count:(NSUInteger)count {
   return [self initWithStore:[[NSMutableArray alloc] initWithObjects:objects count:count]];
 }
 - (NSUInteger)count {
-  return [SlotsOf<ArraySlots>(self).store count];
+  return [SlotsOf<ArraySlots>(self).store.Get() count];
 }
 - (id)objectAtIndex:(NSUInteger)index {
-  return [SlotsOf<ArraySlots>(self).store objectAtIndex:index];
+  return [SlotsOf<ArraySlots>(self).store.Get() objectAtIndex:index];
 }
 - (void)getObjects:(__unsafe_unretained id[])objects range:(NSRange)range {
-  [SlotsOf<ArraySlots>(self).store getObjects:objects range:range];
+  [SlotsOf<ArraySlots>(self).store.Get() getObjects:objects range:range];
 }
 - (NSEnumerator*)objectEnumerator {
-  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store objectEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store.Get() objectEnumerator]);
 }
 - (NSEnumerator*)reverseObjectEnumerator {
-  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store reverseObjectEnumerator]);
+  return OwnedEnumerator(self, [SlotsOf<ArraySlots>(self).store.Get() reverseObjectEnumerator]);
 }
 @end
 
@@ -202,7 +206,7 @@ RV_STORE_FAST_ENUMERATION(ArraySlots)
 @end
 
 @implementation RVDataObject
-RV_STORE_OBJECT_METHODS(DataSlots, RVStoreKind::kData, NSData)
+RV_STORE_OBJECT_METHODS(DataSlots, NSData)
 - (id)initWithBytes:(const void*)bytes length:(NSUInteger)length {
   return [self initWithStore:[[NSMutableData alloc] initWithBytes:bytes length:length]];
 }
@@ -215,37 +219,24 @@ RV_STORE_OBJECT_METHODS(DataSlots, RVStoreKind::kData, NSData)
   return [self initWithBytes:NULL length:0];
 }
 - (NSUInteger)length {
-  return [SlotsOf<DataSlots>(self).store length];
+  return [SlotsOf<DataSlots>(self).store.Get() length];
 }
 - (const void*)bytes {
-  return [SlotsOf<DataSlots>(self).store bytes];
+  return [SlotsOf<DataSlots>(self).store.Get() bytes];
 }
 - (void)getBytes:(void*)buffer range:(NSRange)range {
-  [SlotsOf<DataSlots>(self).store getBytes:buffer range:range];
+  [SlotsOf<DataSlots>(self).store.Get() getBytes:buffer range:range];
 }
 @end
 
 namespace {
 
-template <typename Mutable>
-Class ClassOfImmutableCopy(Mutable* made) {
-  id copy = [made copy];
-  Class result = object_getClass(copy);
-  [copy release];
-  [made release];
-  return result;
-}
-
 struct StoreClasses {
   Class own[3];
   Class parent[3];
-  Class platform[3];
   StoreClasses()
       : own{[RVDictionaryObject class], [RVArrayObject class], [RVDataObject class]},
-        parent{[NSDictionary class], [NSArray class], [NSData class]},
-        platform{ClassOfImmutableCopy([[NSMutableDictionary alloc] initWithObjectsAndKeys:@"", @"", nil]),
-                 ClassOfImmutableCopy([[NSMutableArray alloc] initWithObjects:@"", nil]),
-                 ClassOfImmutableCopy([[NSMutableData alloc] initWithLength:1])} {}
+        parent{[NSDictionary class], [NSArray class], [NSData class]} {}
 };
 
 // Looked up on first use, after the runtime has loaded the classes.
@@ -256,19 +247,33 @@ const StoreClasses& Classes() {
 
 }  // namespace
 
-static Class PlatformClass(RVStoreKind kind) { return Classes().platform[static_cast<int>(kind)]; }
-
 bool RVStoreKindFits(id obj, RVStoreKind kind) {
   return obj == nil || [obj isKindOfClass:Classes().parent[static_cast<int>(kind)]];
 }
 
+namespace {
+
+template <typename Slots>
+id StoreForChange(id obj) {
+  Slots& slots = SlotsOf<Slots>(obj);
+  ++slots.mutations;
+  return slots.store.Get();
+}
+
+}  // namespace
+
 id RVSolelyHeldStore(id obj, RVStoreKind kind) {
   if (obj == nil || object_getClass(obj) != Classes().own[static_cast<int>(kind)]) return nil;
   if ([obj retainCount] != 1) return nil;
-  // Every kind keeps the same two slots, the store first.
-  StoreSlots<id>& slots = SlotsOf<StoreSlots<id>>(obj);
-  ++slots.mutations;
-  return slots.store;
+  switch (kind) {
+    case RVStoreKind::kDictionary:
+      return StoreForChange<DictionarySlots>(obj);
+    case RVStoreKind::kArray:
+      return StoreForChange<ArraySlots>(obj);
+    case RVStoreKind::kData:
+      return StoreForChange<DataSlots>(obj);
+  }
+  return nil;
 }
 
 id RVNewStoreObject(RVStoreKind kind, id contents, id* store) {

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "Platform/CoreFoundation/RVCalendar.h"
+#include "Platform/Runtime/RVOwned.h"
 
 namespace {
 
@@ -20,11 +21,11 @@ NSTimeZone* ZoneOrGMT(CFTimeZoneRef zone) {
   return zone != nullptr ? (NSTimeZone*)zone : [NSTimeZone timeZoneForSecondsFromGMT:0];
 }
 
-// A Gregorian calendar in zone; autoreleased.
-NSCalendar* GregorianCalendarIn(CFTimeZoneRef zone) {
-  NSCalendar* calendar =
-      [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
-  [calendar setTimeZone:ZoneOrGMT(zone)];
+// A Gregorian calendar in zone.
+RVOwned<NSCalendar*> GregorianCalendarIn(CFTimeZoneRef zone) {
+  RVOwned<NSCalendar*> calendar =
+      RVAdopt([[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar]);
+  [calendar.Get() setTimeZone:ZoneOrGMT(zone)];
   return calendar;
 }
 
@@ -47,15 +48,15 @@ bool CFGregorianDateIsValid(CFGregorianDate date, CFOptionFlags units) {
 
 CFAbsoluteTime CFGregorianDateGetAbsoluteTime(CFGregorianDate date, CFTimeZoneRef zone) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSDateComponents* fields = [[NSDateComponents alloc] init];
+  RVOwned<NSDateComponents*> owned = RVAdopt([[NSDateComponents alloc] init]);
+  NSDateComponents* fields = owned.Get();
   [fields setYear:date.year];
   [fields setMonth:date.month];
   [fields setDay:date.day];
   [fields setHour:date.hour];
   [fields setMinute:date.minute];
   [fields setSecond:0];
-  NSDate* minute = [GregorianCalendarIn(zone) dateFromComponents:fields];
-  [fields release];
+  NSDate* minute = [GregorianCalendarIn(zone).Get() dateFromComponents:fields];
   // The seconds, fraction included, are added to the start of the minute.
   CFAbsoluteTime time = minute != nil ? [minute timeIntervalSinceReferenceDate] + date.second
                                       : NAN;
@@ -67,15 +68,15 @@ CFAbsoluteTime CFAbsoluteTimeAddGregorianUnits(CFAbsoluteTime time, CFTimeZoneRe
                                                CFGregorianUnits units) {
   if ((units.years != 0 || units.months != 0 || units.days != 0) && std::isfinite(time)) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    NSDateComponents* amount = [[NSDateComponents alloc] init];
+    RVOwned<NSDateComponents*> owned = RVAdopt([[NSDateComponents alloc] init]);
+    NSDateComponents* amount = owned.Get();
     [amount setYear:units.years];
     [amount setMonth:units.months];
     [amount setDay:units.days];
     NSDate* start = [NSDate dateWithTimeIntervalSinceReferenceDate:time];
-    NSDate* moved = [GregorianCalendarIn(zone) dateByAddingComponents:amount
-                                                               toDate:start
-                                                              options:0];
-    [amount release];
+    NSDate* moved = [GregorianCalendarIn(zone).Get() dateByAddingComponents:amount
+                                                                     toDate:start
+                                                                    options:0];
     // Past the calendar's range the days are counted as elapsed time.
     time = moved != nil ? [moved timeIntervalSinceReferenceDate]
                         : time + units.days * 86400.0;

@@ -4,6 +4,7 @@
 
 #include "Platform/CoreFoundation/RVCoreFoundation.h"
 #include "Platform/Runtime/RVHandleTable.h"
+#include "Platform/Runtime/RVOwned.h"
 
 void CFRelease(CFTypeRef ref) { [(id)ref release]; }
 
@@ -56,7 +57,8 @@ CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef 
                                                     CFStringRef legalToEscape,
                                                     CFStringEncoding) {
   if (string == nullptr) return nullptr;
-  NSMutableCharacterSet* allowed = [[NSMutableCharacterSet alloc] init];
+  RVOwned<NSMutableCharacterSet*> owned = RVAdopt([[NSMutableCharacterSet alloc] init]);
+  NSMutableCharacterSet* allowed = owned.Get();
   [allowed addCharactersInRange:NSMakeRange('a', 26)];
   [allowed addCharactersInRange:NSMakeRange('A', 26)];
   [allowed addCharactersInRange:NSMakeRange('0', 10)];
@@ -65,6 +67,5 @@ CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef 
   if (leaveUnescaped != nullptr) [allowed addCharactersInString:(NSString*)leaveUnescaped];
   NSString* escaped =
       [(NSString*)string stringByAddingPercentEncodingWithAllowedCharacters:allowed];
-  [allowed release];
   return (CFStringRef)[escaped retain];
 }
