@@ -28,10 +28,8 @@ class RV_EXPORT RVDate : public RVObject {
   /// An empty date.
   RVDate();
   /// Shares the other's date.
-  /// \param other the date to share.
   RVDate(const RVDate& other);
   /// Holds \p date, retained.
-  /// \param date the date, or nil.
   RVDate(NSDate* date);
   /// Holds \p date, retained.
   /// \param date a Core Foundation date reference, or null.
@@ -40,20 +38,15 @@ class RV_EXPORT RVDate : public RVObject {
   ~RVDate() override;
 
   /// Shares the other's date.
-  /// \param other the date to share.
-  /// \return this date.
   RVDate& operator=(const RVDate& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a date object, or nil.
-  /// \return this date.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVDate& operator=(RVId obj);
-  /// Holds \p date, retained.
-  /// \param date the date, or nil.
-  /// \return this date.
   RVDate& operator=(NSDate* date);
+  ///@}
   /// Holds \p date, retained.
   /// \param date a Core Foundation date reference, or null.
-  /// \return this date.
   RVDate& operator=(CFDateRef date);
   /// The held date.
   /// \return the held NSDate, not retained; nil for an empty date.
@@ -109,8 +102,7 @@ class RV_EXPORT RVDate : public RVObject {
   /// \param format the pattern, such as "yyyy-MM-dd" (see RVDateFormat).
   /// \return the date, or an empty date.
   static RVDate DateFromStringUsingFormat(const RVString& text, const RVString& format);
-  /// The class type of dates.
-  /// \return "RVDate".
+  /// The class type, "RVDate".
   static RVString ClassType();
 
   // Shared dates, made on first use.
