@@ -46,11 +46,9 @@ class RV_EXPORT RVArray : public RVObject {
   /// Holds the referenced array, retained.
   /// \param array a Core Foundation array reference, or null.
   RVArray& operator=(CFArrayRef array);
-  /// The held array.
-  /// \return the held NSArray, not retained; nil when nothing is held.
+  /// The held NSArray, not retained; nil when nothing is held.
   operator NSArray*() const;
-  /// The held array as a Core Foundation reference.
-  /// \return the held array, not retained; null when nothing is held.
+  /// The held array, not retained; null when nothing is held.
   operator CFArrayRef() const;
   /// The class type, "RVArray".
   static RVString ClassType();

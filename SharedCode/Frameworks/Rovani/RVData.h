@@ -51,8 +51,7 @@ class RV_EXPORT RVData : public RVObject {
   RVData& operator=(RVString string);
   /// The dictionary as an XML property list; empty when it cannot be one.
   RVData& operator=(const RVDictionary& dictionary);
-  /// The held buffer.
-  /// \return the held NSData, not retained; nil when nothing is held.
+  /// The held NSData, not retained; nil when nothing is held.
   operator NSData*() const;
   /// The class type, "RVData".
   static RVString ClassType();

@@ -48,11 +48,9 @@ class RV_EXPORT RVDate : public RVObject {
   /// Holds \p date, retained.
   /// \param date a Core Foundation date reference, or null.
   RVDate& operator=(CFDateRef date);
-  /// The held date.
-  /// \return the held NSDate, not retained; nil for an empty date.
+  /// The held NSDate, not retained; nil for an empty date.
   operator NSDate*() const;
-  /// The held date as a Core Foundation reference.
-  /// \return the held date, not retained; null for an empty date.
+  /// The held date, not retained; null for an empty date.
   operator CFDateRef() const;
 
   /// The current instant.

@@ -62,11 +62,9 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// Parses XML property-list data, as RVDictionary(const RVData&).
   /// \param data the property-list text.
   RVDictionary& operator=(const RVData& data);
-  /// The held dictionary.
-  /// \return the held NSDictionary, not retained; nil when nothing is held.
+  /// The held NSDictionary, not retained; nil when nothing is held.
   operator NSDictionary*() const;
-  /// The held dictionary as a Core Foundation reference.
-  /// \return the held dictionary, not retained; null when nothing is held.
+  /// The held dictionary, not retained; null when nothing is held.
   operator CFDictionaryRef() const;
   /// The class type of dictionaries.
   /// \return "2RVDictionary" (by design, see RVObject::ClassType()).

@@ -27,8 +27,7 @@ class RV_EXPORT RVEnumerator : public RVObject {
   RVEnumerator& operator=(const RVEnumerator& other);
   /// Holds \p enumerator, retained.
   RVEnumerator& operator=(NSEnumerator* enumerator);
-  /// The held enumerator.
-  /// \return the held NSEnumerator, not retained; nil when nothing is held.
+  /// The held NSEnumerator, not retained; nil when nothing is held.
   operator NSEnumerator*() const;
   /// The class type of enumerators.
   /// \return "2RVEnumerator" (by design, see RVObject::ClassType()).

@@ -39,8 +39,7 @@ class RV_EXPORT RVError : public RVObject {
   RVError& operator=(RVId obj);
   RVError& operator=(NSError* error);
   ///@}
-  /// The held error.
-  /// \return the held NSError, not retained; nil for no error.
+  /// The held NSError, not retained; nil for no error.
   operator NSError*() const;
   /// The class type, "RVError".
   static RVString ClassType();

@@ -96,8 +96,7 @@ class RV_EXPORT RVNumber : public RVObject {
   /// The number's truth as a boolean handle.
   /// \return the shared true or false boolean.
   operator RVBool() const;
-  /// The held number.
-  /// \return the held NSNumber, not retained; nil for an empty number.
+  /// The held NSNumber, not retained; nil for an empty number.
   operator NSNumber*() const;
 
   /// Equality of the numbers, as Foundation compares them.

@@ -94,11 +94,9 @@ class RV_EXPORT RVString : public RVObject {
   /// \param other any handle.
   RVString& operator=(const RVObject& other);
 
-  /// The held string.
-  /// \return the held NSString, not retained; nil when nil.
+  /// The held NSString, not retained; nil when nil.
   operator NSString*() const;
-  /// The held string as a Core Foundation reference.
-  /// \return the held string, not retained; null when nil.
+  /// The held string, not retained; null when nil.
   operator CFStringRef() const;
   /// The class type, "RVString".
   static RVString ClassType();

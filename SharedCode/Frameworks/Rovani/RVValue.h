@@ -100,8 +100,7 @@ class RV_EXPORT RVValue : public RVObject {
   /// The truth of the box as a boolean handle.
   /// \return the shared true or false boolean.
   operator RVBool() const;
-  /// The held box.
-  /// \return the held NSValue, not retained; nil for an empty value.
+  /// The held NSValue, not retained; nil for an empty value.
   operator NSValue*() const;
 
   /// Equality of the boxes (`isEqualToValue:`).
