@@ -31,21 +31,23 @@ class RV_EXPORT RVArray : public RVObject {
   /// \exception std::bad_cast when \p other is not an RVArray.
   /// \param other an RVArray seen through its base.
   RVArray(const RVObject& other);
-  /// Holds \p array, retained.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVArray(NSArray* array);
-  /// Holds the referenced array, retained (the same object).
-  /// \param array a Core Foundation array reference, or null.
   RVArray(CFArrayRef array);
+  ///@}
   /// Releases the array.
   ~RVArray() override;
 
   /// Shares the other's array.
   RVArray& operator=(const RVArray& other);
-  /// Holds \p array, retained.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVArray& operator=(NSArray* array);
-  /// Holds the referenced array, retained.
-  /// \param array a Core Foundation array reference, or null.
   RVArray& operator=(CFArrayRef array);
+  ///@}
   /// The held NSArray, not retained; nil when nothing is held.
   operator NSArray*() const;
   /// The held array, not retained; null when nothing is held.
@@ -54,7 +56,6 @@ class RV_EXPORT RVArray : public RVObject {
   static RVString ClassType();
 
   /// Equality of the held array (isEqual:); an empty handle is never equal.
-  /// \return whether the arrays are equal.
   bool operator==(NSArray* other) const;
   /// The negation of operator==(NSArray*).
   /// \return whether the arrays differ; true for an empty handle.
@@ -93,7 +94,6 @@ class RV_EXPORT RVArray : public RVObject {
   RVValue ValueAtIndex(unsigned int index) const;
   ///@}
   /// The elements' descriptions joined.
-  /// \return the joined text.
   RVString ComponentsJoinedByString(const RVString& separator) const;
 
   /// Appends the object.

@@ -117,7 +117,6 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator!() const;
 
   /// Each side reduced to true or false (integers: non-zero at their width).
-  /// \return whether both truths are equal.
   ///@{
   bool operator==(bool value) const;
   bool operator==(char value) const;
@@ -131,11 +130,9 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator==(unsigned long value) const;
   ///@}
   /// Both truths compared.
-  /// \return whether both truths are equal.
   bool operator==(const RVBool& other) const;
   /// Each side reduced to true or false, as for operator==: RVBool(false)
   /// != 3 is true, RVBool(false) != 0 is false.
-  /// \return whether the truths differ.
   ///@{
   bool operator!=(bool value) const;
   bool operator!=(char value) const;
@@ -149,7 +146,6 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator!=(unsigned long value) const;
   ///@}
   /// Both truths compared.
-  /// \return whether the truths differ.
   bool operator!=(const RVBool& other) const;
 
   /// The shared true instance (True(), Yes()) or false instance (False(),

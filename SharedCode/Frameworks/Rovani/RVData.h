@@ -84,10 +84,8 @@ class RV_EXPORT RVData : public RVObject {
   void InitWithContentsOfFile(RVString path);
 
   /// A new mutable buffer of zero bytes, as InitWithLength().
-  /// \return the buffer.
   static RVData DataWithLength(unsigned int length);
   /// A new buffer with a copy of the bytes, as InitWithBytes().
-  /// \return the buffer.
   static RVData DataWithBytes(const void* bytes, unsigned int length);
   /// A new buffer with the encoded text, as InitWithStringUsingEncoding().
   /// \param string the text.

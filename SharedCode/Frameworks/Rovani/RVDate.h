@@ -29,35 +29,32 @@ class RV_EXPORT RVDate : public RVObject {
   RVDate();
   /// Shares the other's date.
   RVDate(const RVDate& other);
-  /// Holds \p date, retained.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVDate(NSDate* date);
-  /// Holds \p date, retained.
-  /// \param date a Core Foundation date reference, or null.
   RVDate(CFDateRef date);
+  ///@}
   /// Releases the date.
   ~RVDate() override;
 
   /// Shares the other's date.
   RVDate& operator=(const RVDate& other);
   /// Holds the object, retained. An RVId is taken as it is, without a class
-  /// test.
+  /// test; a Core Foundation reference is the same object.
   ///@{
   RVDate& operator=(RVId obj);
   RVDate& operator=(NSDate* date);
-  ///@}
-  /// Holds \p date, retained.
-  /// \param date a Core Foundation date reference, or null.
   RVDate& operator=(CFDateRef date);
+  ///@}
   /// The held NSDate, not retained; nil for an empty date.
   operator NSDate*() const;
   /// The held date, not retained; null for an empty date.
   operator CFDateRef() const;
 
   /// The current instant.
-  /// \return a new date.
   static RVDate Now();
   /// Midnight at the start of the current day in the default time zone.
-  /// \return a new date.
   static RVDate Today();
   /// Note the order: month, day, year. Impossible fields (month 13,
   /// 30 February, hour 24, a negative minute) give an empty date.

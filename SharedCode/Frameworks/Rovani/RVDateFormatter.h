@@ -61,23 +61,19 @@ class RV_EXPORT RVDateFormatter : public RVObject {
   RVString StringFromDate(const RVDate& date) const;
 
   /// Short date and time, no pattern.
-  /// \return a new formatter.
   static RVDateFormatter CurrentLocaleDateFormatter();
   /// Short date and time styles with \p format as the pattern.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormat(RVString format);
   /// The given styles with \p format as the pattern.
   /// \param format the pattern.
   /// \param dateStyle 0 for none, 1 for short.
   /// \param timeStyle 0 for none, 1 for short.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormatDateStyleTimeStyle(RVString format,
                                                                         int dateStyle,
                                                                         int timeStyle);
   /// The given date style and no time style, with \p format as the pattern.
   /// \param format the pattern.
   /// \param dateStyle 0 for none, 1 for short.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormatDateStyle(RVString format, int dateStyle);
   /// "MM-dd-yyyy", short date style, no time style.
   /// \return a new formatter; RVDate::DateFromString() reads with it.

@@ -29,14 +29,12 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// Shares the other's dictionary.
   RVDictionary(const RVDictionary& other);
   /// Holds the object, retained. An RVId is taken as it is, without a class
-  /// test.
+  /// test; a Core Foundation reference is the same object.
   ///@{
   RVDictionary(RVId obj);
   RVDictionary(NSDictionary* dictionary);
-  ///@}
-  /// Holds the referenced dictionary, retained (the same object).
-  /// \param dictionary a Core Foundation dictionary reference, or null.
   RVDictionary(CFDictionaryRef dictionary);
+  ///@}
   /// Parses XML property-list data; data holding only a dictionary body (a run
   /// of key and value elements) is read as a dictionary too. Anything that is
   /// not a dictionary leaves the handle empty.
@@ -51,14 +49,12 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// Shares the other's dictionary.
   RVDictionary& operator=(const RVDictionary& other);
   /// Holds the object, retained. An RVId is taken as it is, without a class
-  /// test.
+  /// test; a Core Foundation reference is the same object.
   ///@{
   RVDictionary& operator=(RVId obj);
   RVDictionary& operator=(NSDictionary* dictionary);
-  ///@}
-  /// Holds the referenced dictionary, retained.
-  /// \param dictionary a Core Foundation dictionary reference, or null.
   RVDictionary& operator=(CFDictionaryRef dictionary);
+  ///@}
   /// Parses XML property-list data, as RVDictionary(const RVData&).
   /// \param data the property-list text.
   RVDictionary& operator=(const RVData& data);

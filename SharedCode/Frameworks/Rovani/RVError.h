@@ -68,17 +68,13 @@ class RV_EXPORT RVError : public RVObject {
   void SetValueForKey(const RVObject& value, const RVString& key);
   /// `code = <code> Domain = <domain> UserInfo = <user info>`; an absent
   /// domain or user info contributes nothing.
-  /// \return the text.
   RVString Description() const override;
 
   /// The platform's user-info key for the description.
-  /// \return the key.
   static RVString LocalizedDescriptionKey();
   /// The platform's user-info key for the recovery suggestion.
-  /// \return the key.
   static RVString LocalizedRecoverySuggestionErrorKey();
   /// The platform's user-info key for the recovery options.
-  /// \return the key.
   static RVString LocalizedRecoveryOptionsErrorKey();
 
   /// The four-text MakeRVError with an empty recovery suggestion.

@@ -47,7 +47,6 @@ class RV_EXPORT RVFileManager {
   /// exists.
   /// \param source the item copied or moved.
   /// \param destination the new path, which must not exist.
-  /// \return whether it succeeded.
   ///@{
   static bool CopyPathToPath(RVString source, RVString destination);
   static bool MovePathToPath(RVString source, RVString destination);

@@ -123,7 +123,6 @@ class RV_EXPORT RVNumber : public RVObject {
   bool operator==(RVBool value) const;
   ///@}
   /// The negation of operator==(const RVNumber&).
-  /// \return whether the numbers differ.
   bool operator!=(const RVNumber& other) const;
   /// The negation of the matching operator== (a NaN always differs).
   /// \return whether the number, read as that type, differs from \p value.
@@ -154,7 +153,6 @@ class RV_EXPORT RVNumber : public RVObject {
   /// \return the text, such as "42" or "2.5".
   RVString ToString() const;
   /// The same as ToString().
-  /// \return the text.
   RVString StringValue() const;
 
   /// The shared number made from false.

@@ -88,7 +88,6 @@ class RV_EXPORT RVObject {
   /// \return whether the held object equals the other's.
   bool operator==(const RVObject& other) const;
   /// The negation of operator==(const RVObject&).
-  /// \return whether the held objects differ.
   bool operator!=(const RVObject& other) const;
 
   /// The class type of this class, "RVObject". Every handle class has its
@@ -112,7 +111,6 @@ class RV_EXPORT RVObject {
   /// \return whether ObjectsClassType() equals \p name.
   bool IsTypeOfClass(const RVString& name) const;
   /// Whether both handles are of the same handle class.
-  /// \return whether the class types are equal.
   bool IsSameClassTypeAs(const RVObject& other) const;
 
   /// A new heap handle of the class that fits obj (the caller deletes it);

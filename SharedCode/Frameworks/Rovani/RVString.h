@@ -273,7 +273,6 @@ class RV_EXPORT RVString : public RVObject {
   /// The text's bytes in an encoding, without a terminator.
   /// Characters the encoding cannot hold are converted lossily.
   /// \param code a string-encoding code (kRVStringEncodingUTF8, ...).
-  /// \return the bytes.
   RVData DataContainingStringUsingEncoding(unsigned int code) const;
   /// The text's bytes in an encoding, with a terminator.
   /// \param code a string-encoding code (kRVStringEncodingUTF8, ...).
@@ -281,19 +280,14 @@ class RV_EXPORT RVString : public RVObject {
   ///   by one zero byte otherwise.
   RVData DataContainingCStringUsingEncoding(unsigned int code) const;
   /// The UTF-8 bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingUTF8CString() const;
   /// The UTF-16 bytes (as the platform writes them) and two zero bytes.
-  /// \return the bytes.
   RVData DataContainingUnicodeCString() const;
   /// The Mac OS Roman bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingMacOSRomanCString() const;
   /// The Windows Latin-1 (code page 1252) bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingWindowsLatin1CString() const;
   /// The ASCII bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingASCIICString() const;
 
   /// Foundation format rules (`%@` for an object argument).
@@ -332,7 +326,6 @@ class RV_EXPORT RVString : public RVObject {
 /// appended by RVString::operator+=.
 /// \param left the text in front (converted to a string first).
 /// \param right the text appended (converted to a string first).
-/// \return the joined text.
 ///@{
 RV_EXPORT RVString operator+(const RVString& left, const RVString& right);
 RV_EXPORT RVString operator+(const RVString& left, CFStringRef right);

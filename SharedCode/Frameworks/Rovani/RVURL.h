@@ -40,7 +40,6 @@ class RV_EXPORT RVURL : public RVObject {
   /// \return whether both hold equal URLs.
   bool operator==(const RVURL& other) const;
   /// The negation of operator==(const RVURL&).
-  /// \return whether the URLs differ.
   bool operator!=(const RVURL& other) const;
 
   /// A file URL for path; a leading tilde names the user's home directory.
@@ -83,17 +82,14 @@ class RV_EXPORT RVURL : public RVObject {
   ///   component folds the "//" after the scheme into one "/"
   ///   ("http://host/a" plus "b" gives "http:/host/a/b"). Kept by design.
   ///   An empty component or extension gives a copy of this URL.
-  /// \return the new URL.
   RVURL URLByAppendingPathComponent(const RVString& component) const;
   /// A fresh URL from AbsoluteString() with "." and \p extension appended.
   /// An empty extension gives a copy of this URL; the result has no base.
   /// \param extension the extension, without the dot.
-  /// \return the new URL.
   RVURL URLByAppendingPathExtension(const RVString& extension) const;
   /// A fresh URL from AbsoluteString() without its last path component.
   /// \warning The "//" after the scheme folds into one "/", as for
   ///   URLByAppendingPathComponent(). The result has no base.
-  /// \return the new URL.
   RVURL URLByDeletingLastPathComponent() const;
   /// Works on the absolute string of a fresh empty URL, never on this one:
   /// every URL answers the same, the URL made from a nil text.

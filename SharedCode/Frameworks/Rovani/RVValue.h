@@ -114,7 +114,6 @@ class RV_EXPORT RVValue : public RVObject {
   bool operator==(NSValue* other) const;
   /// The box read as the argument's type and compared exactly at its width
   /// (bool: the box's truth).
-  /// \return whether they are equal.
   ///@{
   bool operator==(unsigned char value) const;
   bool operator==(short value) const;
@@ -133,16 +132,13 @@ class RV_EXPORT RVValue : public RVObject {
   /// \return whether (\p value is 1) equals the box's truth.
   bool operator==(signed char value) const;
   /// The negation of operator==(const RVValue&).
-  /// \return whether the boxes differ.
   bool operator!=(const RVValue& other) const;
   /// The negation of operator==(const RVNumber&).
-  /// \return whether they differ.
   bool operator!=(const RVNumber& other) const;
   /// Asks the argument, as operator==(NSValue*) does, and negates.
   /// \return whether they differ; true for nil.
   bool operator!=(NSValue* other) const;
   /// The negation of the matching operator==.
-  /// \return whether they differ.
   ///@{
   bool operator!=(unsigned char value) const;
   bool operator!=(short value) const;
@@ -157,11 +153,9 @@ class RV_EXPORT RVValue : public RVObject {
   /// \return whether this box differs from a char box of \p value.
   bool operator!=(char value) const;
   /// The negation of operator==(bool).
-  /// \return whether the truths differ.
   bool operator!=(bool value) const;
   /// The negation of operator==(signed char): only 1 counts as true.
   /// \param value the truth compared with; only 1 is true.
-  /// \return whether the truths differ.
   bool operator!=(signed char value) const;
 
   /// The shared value made from false.
