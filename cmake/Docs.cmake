@@ -1,5 +1,6 @@
-# The HTML reference manual: Doxygen over the installed headers, with the
-# README as its front page and Graphviz class diagrams. `cmake --build build
+# The HTML manual: Doxygen over the installed headers, with the README as
+# its front page, the guide's pages (docs/guide, quoting the programs under
+# examples/guide) and Graphviz class diagrams. `cmake --build build
 # --target docs` writes build/docs/html; ROVANI_BUILD_DOCS makes it part of
 # every build and installs it. The warnings land in build/docs/warnings.log,
 # which scripts/check-docs requires to be empty.
@@ -27,6 +28,12 @@ foreach(_h IN LISTS _rovani_headers)
   list(APPEND _rovani_header_paths ${_abs})
 endforeach()
 list(JOIN _rovani_header_paths " " ROVANI_DOCS_INPUT)
+# The guide: its index first, so that it heads the pages it lists.
+set(_rovani_guide_pages index getting-started ownership errors stores)
+list(TRANSFORM _rovani_guide_pages PREPEND ${PROJECT_SOURCE_DIR}/docs/guide/)
+list(TRANSFORM _rovani_guide_pages APPEND .md)
+list(JOIN _rovani_guide_pages " " ROVANI_DOCS_GUIDE)
+file(GLOB _rovani_guide_examples CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/guide/*.cpp)
 
 set(ROVANI_DOCS_OUTPUT ${PROJECT_BINARY_DIR}/docs)
 set(ROVANI_DOCS_WARNINGS ${ROVANI_DOCS_OUTPUT}/warnings.log)
@@ -43,6 +50,7 @@ add_custom_command(
   # SVG diagrams carry their own links); the manual does without them.
   COMMAND find ${ROVANI_DOCS_OUTPUT}/html ( -name *.md5 -o -name *.map ) -delete
   DEPENDS ${_rovani_header_paths} ${PROJECT_SOURCE_DIR}/README.md
+          ${_rovani_guide_pages} ${_rovani_guide_examples}
           ${PROJECT_SOURCE_DIR}/docs/Doxyfile.in ${ROVANI_DOCS_OUTPUT}/Doxyfile
   WORKING_DIRECTORY ${ROVANI_DOCS_OUTPUT}
   COMMENT "Writing the reference manual into ${ROVANI_DOCS_OUTPUT}/html"

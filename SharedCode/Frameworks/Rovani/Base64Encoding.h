@@ -22,7 +22,6 @@ class RV_EXPORT Base64Encoding {
   /// \warning EncodeData sizes its result (n + 3) / 3 * 4 bytes, so when the
   ///   input's length is a multiple of 3 (none included) four zero bytes
   ///   follow the text and are part of the result.
-  /// \param input the bytes encoded.
   /// \return the text's bytes, without a terminator (but see above).
   static RVData EncodeData(RVData input);
   /// The bytes of Base64 text, by the library's own counting rule.

@@ -26,49 +26,38 @@ class RV_EXPORT RVArray : public RVObject {
   /// An empty array (nothing held).
   RVArray();
   /// Shares the other's array.
-  /// \param other the array to share.
   RVArray(const RVArray& other);
   /// Throws std::bad_cast unless other is an RVArray.
   /// \exception std::bad_cast when \p other is not an RVArray.
   /// \param other an RVArray seen through its base.
   RVArray(const RVObject& other);
-  /// Holds \p array, retained.
-  /// \param array the array, or nil.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVArray(NSArray* array);
-  /// Holds the referenced array, retained (the same object).
-  /// \param array a Core Foundation array reference, or null.
   RVArray(CFArrayRef array);
+  ///@}
   /// Releases the array.
   ~RVArray() override;
 
   /// Shares the other's array.
-  /// \param other the array to share.
-  /// \return this array.
   RVArray& operator=(const RVArray& other);
-  /// Holds \p array, retained.
-  /// \param array the array, or nil.
-  /// \return this array.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVArray& operator=(NSArray* array);
-  /// Holds the referenced array, retained.
-  /// \param array a Core Foundation array reference, or null.
-  /// \return this array.
   RVArray& operator=(CFArrayRef array);
-  /// The held array.
-  /// \return the held NSArray, not retained; nil when nothing is held.
+  ///@}
+  /// The held NSArray, not retained; nil when nothing is held.
   operator NSArray*() const;
-  /// The held array as a Core Foundation reference.
-  /// \return the held array, not retained; null when nothing is held.
+  /// The held array, not retained; null when nothing is held.
   operator CFArrayRef() const;
-  /// The class type of arrays.
-  /// \return "RVArray".
+  /// The class type, "RVArray".
   static RVString ClassType();
 
   /// Equality of the held array (isEqual:); an empty handle is never equal.
-  /// \param other the array compared with.
-  /// \return whether the arrays are equal.
   bool operator==(NSArray* other) const;
   /// The negation of operator==(NSArray*).
-  /// \param other the array compared with.
   /// \return whether the arrays differ; true for an empty handle.
   bool operator!=(NSArray* other) const;
 
@@ -105,8 +94,6 @@ class RV_EXPORT RVArray : public RVObject {
   RVValue ValueAtIndex(unsigned int index) const;
   ///@}
   /// The elements' descriptions joined.
-  /// \param separator the text put between elements.
-  /// \return the joined text.
   RVString ComponentsJoinedByString(const RVString& separator) const;
 
   /// Appends the object.

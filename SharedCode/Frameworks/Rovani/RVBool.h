@@ -86,7 +86,6 @@ class RV_EXPORT RVBool : public RVObject {
   /// Holds the shared instance of \p value's truth (integers: non-zero at
   /// their width).
   /// \param value the truth, as a bool or an integer.
-  /// \return this boolean.
   ///@{
   RVBool& operator=(bool value);
   RVBool& operator=(char value);
@@ -101,11 +100,9 @@ class RV_EXPORT RVBool : public RVObject {
   ///@}
   /// Holds the shared instance of the other's truth.
   /// \param other the boolean whose truth is taken.
-  /// \return this boolean.
   RVBool& operator=(const RVBool& other);
   /// Holds \p obj as it is, retained, without a class test.
   /// \param obj an object that answers boolValue, or nil.
-  /// \return this boolean.
   RVBool& operator=(RVId obj);
 
   /// The truth.
@@ -120,8 +117,6 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator!() const;
 
   /// Each side reduced to true or false (integers: non-zero at their width).
-  /// \param value the truth compared with.
-  /// \return whether both truths are equal.
   ///@{
   bool operator==(bool value) const;
   bool operator==(char value) const;
@@ -135,13 +130,9 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator==(unsigned long value) const;
   ///@}
   /// Both truths compared.
-  /// \param other the boolean compared with.
-  /// \return whether both truths are equal.
   bool operator==(const RVBool& other) const;
   /// Each side reduced to true or false, as for operator==: RVBool(false)
   /// != 3 is true, RVBool(false) != 0 is false.
-  /// \param value the truth compared with.
-  /// \return whether the truths differ.
   ///@{
   bool operator!=(bool value) const;
   bool operator!=(char value) const;
@@ -155,8 +146,6 @@ class RV_EXPORT RVBool : public RVObject {
   bool operator!=(unsigned long value) const;
   ///@}
   /// Both truths compared.
-  /// \param other the boolean compared with.
-  /// \return whether the truths differ.
   bool operator!=(const RVBool& other) const;
 
   /// The shared true instance (True(), Yes()) or false instance (False(),
@@ -168,8 +157,7 @@ class RV_EXPORT RVBool : public RVObject {
   static RVBool Yes();
   static RVBool No();
   ///@}
-  /// The class type of booleans.
-  /// \return "RVBool".
+  /// The class type, "RVBool".
   static RVString ClassType();
 };
 

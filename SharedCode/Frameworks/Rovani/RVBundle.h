@@ -20,26 +20,18 @@ class RV_EXPORT RVBundle : public RVObject {
   /// An empty bundle handle.
   RVBundle();
   /// Holds \p bundle, retained.
-  /// \param bundle the bundle, or nil.
   RVBundle(const NSBundle* bundle);
   /// Shares the other's bundle.
-  /// \param other the bundle to share.
   RVBundle(const RVBundle& other);
   /// Releases the bundle.
   ~RVBundle() override;
 
   /// Shares the other's bundle.
-  /// \param other the bundle to share.
-  /// \return this handle.
   RVBundle& operator=(const RVBundle& other);
   /// Holds \p bundle, retained.
-  /// \param bundle the bundle, or nil.
-  /// \return this handle.
   RVBundle& operator=(const NSBundle* bundle);
   /// Still assigns, but logs a warning every time: take an RVBundle or an
   /// NSBundle instead of an untyped object.
-  /// \param obj a bundle object, or nil.
-  /// \return this handle.
   RVBundle& operator=(RVId obj);
 
   /// One object for the whole program, made on first use; not a copy.
@@ -49,8 +41,7 @@ class RV_EXPORT RVBundle : public RVObject {
   /// themselves; the short localisation members below do not use it.
   /// \return "localizable.strings".
   static RVString DefaultStringsTableName();
-  /// The class type of bundles.
-  /// \return "RVBundle".
+  /// The class type, "RVBundle".
   static RVString ClassType();
 
   // Each answer is empty when the bundle has none.
@@ -84,7 +75,6 @@ class RV_EXPORT RVBundle : public RVObject {
                                                              const RVString& defaultValue,
                                                              const RVString& table) const;
   /// The long form with "" for the arguments not given.
-  /// \param key the key looked up.
   /// \return the text in the default table; the key itself when missing.
   RVString LocalizedStringForKey(const RVString& key) const;
   /// The long form with "" for the default value.

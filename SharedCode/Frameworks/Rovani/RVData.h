@@ -21,51 +21,39 @@ class RV_EXPORT RVData : public RVObject {
   /// An empty buffer (nothing held).
   RVData();
   /// Shares the other's buffer.
-  /// \param other the buffer to share.
   RVData(const RVData& other);
   /// Shares the other handle's object, whatever its class.
   /// \param other a handle holding data.
   RVData(const RVObject& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a data object, or nil.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVData(RVId obj);
-  /// Holds \p data, retained.
-  /// \param data the buffer, or nil.
   RVData(NSData* data);
+  ///@}
   /// The UTF-8 bytes of the text, without a terminator (cut at U+0000).
   /// \param string the text; an empty string gives an empty buffer.
   RVData(RVString string);
   /// The dictionary as an XML property list; empty when it cannot be one.
-  /// \param dictionary the dictionary serialised.
   RVData(const RVDictionary& dictionary);
   /// Releases the buffer.
   ~RVData() override;
 
   /// Shares the other's buffer.
-  /// \param other the buffer to share.
-  /// \return this buffer.
   RVData& operator=(RVData other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a data object, or nil.
-  /// \return this buffer.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVData& operator=(RVId obj);
-  /// Holds \p data, retained.
-  /// \param data the buffer, or nil.
-  /// \return this buffer.
   RVData& operator=(NSData* data);
+  ///@}
   /// The UTF-8 bytes of the text, without a terminator (cut at U+0000).
-  /// \param string the text.
-  /// \return this buffer.
   RVData& operator=(RVString string);
   /// The dictionary as an XML property list; empty when it cannot be one.
-  /// \param dictionary the dictionary serialised.
-  /// \return this buffer.
   RVData& operator=(const RVDictionary& dictionary);
-  /// The held buffer.
-  /// \return the held NSData, not retained; nil when nothing is held.
+  /// The held NSData, not retained; nil when nothing is held.
   operator NSData*() const;
-  /// The class type of data buffers.
-  /// \return "RVData".
+  /// The class type, "RVData".
   static RVString ClassType();
 
   /// True when the length is 0, nothing held included.
@@ -78,17 +66,12 @@ class RV_EXPORT RVData : public RVObject {
   /// \param string the text; an empty string leaves the handle empty.
   void InitWithString(RVString string);
   /// The dictionary as an XML property list; empty when it cannot be one.
-  /// \param dictionary the dictionary serialised.
   void InitWithDictionary(const RVDictionary& dictionary);
   /// Shares the other's buffer.
-  /// \param other the buffer to share.
   void InitWithData(RVData other);
   /// A mutable buffer of n zero bytes.
-  /// \param length the number of bytes.
   void InitWithLength(unsigned int length);
   /// A copy of \p length bytes.
-  /// \param bytes the bytes copied.
-  /// \param length the number of bytes.
   void InitWithBytes(const void* bytes, unsigned int length);
   /// Encoding codes as for strings; unrepresentable characters are converted
   /// lossily. An empty string leaves the handle empty.
@@ -101,13 +84,8 @@ class RV_EXPORT RVData : public RVObject {
   void InitWithContentsOfFile(RVString path);
 
   /// A new mutable buffer of zero bytes, as InitWithLength().
-  /// \param length the number of bytes.
-  /// \return the buffer.
   static RVData DataWithLength(unsigned int length);
   /// A new buffer with a copy of the bytes, as InitWithBytes().
-  /// \param bytes the bytes copied.
-  /// \param length the number of bytes.
-  /// \return the buffer.
   static RVData DataWithBytes(const void* bytes, unsigned int length);
   /// A new buffer with the encoded text, as InitWithStringUsingEncoding().
   /// \param string the text.
@@ -148,21 +126,17 @@ class RV_EXPORT RVData : public RVObject {
   /// \return (0, Length()).
   RVRange Range() const;
   /// A new buffer with the bytes of a range.
-  /// \param range the bytes copied.
   /// \return the new buffer.
   RVData SubdataWithRange(const RVRange& range) const;
 
   /// Appends the other's bytes.
   /// Each holds an immutable copy with the bytes appended.
-  /// \param other the bytes appended.
   void AppendData(RVData other);
   /// Appends the text's UTF-8 bytes (no terminator); the result is immutable.
-  /// \param string the text appended.
   void AppendString(RVString string);
 
   /// Writes the bytes to a file, in place or through a temporary file
   /// (atomically).
-  /// \param path the file written.
   /// \return false when the file cannot be written.
   ///@{
   bool WriteToFile(RVString path) const;

@@ -28,45 +28,33 @@ class RV_EXPORT RVDate : public RVObject {
   /// An empty date.
   RVDate();
   /// Shares the other's date.
-  /// \param other the date to share.
   RVDate(const RVDate& other);
-  /// Holds \p date, retained.
-  /// \param date the date, or nil.
+  /// Holds the object, retained; a Core Foundation reference is the same
+  /// object.
+  ///@{
   RVDate(NSDate* date);
-  /// Holds \p date, retained.
-  /// \param date a Core Foundation date reference, or null.
   RVDate(CFDateRef date);
+  ///@}
   /// Releases the date.
   ~RVDate() override;
 
   /// Shares the other's date.
-  /// \param other the date to share.
-  /// \return this date.
   RVDate& operator=(const RVDate& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a date object, or nil.
-  /// \return this date.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test; a Core Foundation reference is the same object.
+  ///@{
   RVDate& operator=(RVId obj);
-  /// Holds \p date, retained.
-  /// \param date the date, or nil.
-  /// \return this date.
   RVDate& operator=(NSDate* date);
-  /// Holds \p date, retained.
-  /// \param date a Core Foundation date reference, or null.
-  /// \return this date.
   RVDate& operator=(CFDateRef date);
-  /// The held date.
-  /// \return the held NSDate, not retained; nil for an empty date.
+  ///@}
+  /// The held NSDate, not retained; nil for an empty date.
   operator NSDate*() const;
-  /// The held date as a Core Foundation reference.
-  /// \return the held date, not retained; null for an empty date.
+  /// The held date, not retained; null for an empty date.
   operator CFDateRef() const;
 
   /// The current instant.
-  /// \return a new date.
   static RVDate Now();
   /// Midnight at the start of the current day in the default time zone.
-  /// \return a new date.
   static RVDate Today();
   /// Note the order: month, day, year. Impossible fields (month 13,
   /// 30 February, hour 24, a negative minute) give an empty date.
@@ -109,8 +97,7 @@ class RV_EXPORT RVDate : public RVObject {
   /// \param format the pattern, such as "yyyy-MM-dd" (see RVDateFormat).
   /// \return the date, or an empty date.
   static RVDate DateFromStringUsingFormat(const RVString& text, const RVString& format);
-  /// The class type of dates.
-  /// \return "RVDate".
+  /// The class type, "RVDate".
   static RVString ClassType();
 
   // Shared dates, made on first use.

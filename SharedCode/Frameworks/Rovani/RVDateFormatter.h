@@ -30,18 +30,14 @@ class RV_EXPORT RVDateFormatter : public RVObject {
   /// \param obj a date formatter object, or nil.
   RVDateFormatter(RVId obj);
   /// Shares the other's platform formatter.
-  /// \param other the formatter to share.
   RVDateFormatter(const RVDateFormatter& other);
   /// Releases the formatter.
   ~RVDateFormatter() override;
 
   /// Shares the other's platform formatter.
-  /// \param other the formatter to share.
-  /// \return this formatter.
   RVDateFormatter& operator=(const RVDateFormatter& other);
   /// Holds \p obj as it is, retained, unconfigured.
   /// \param obj a date formatter object, or nil.
-  /// \return this formatter.
   RVDateFormatter& operator=(RVId obj);
   /// The class type of date formatters.
   /// \note By design the class type is "5RVDateFormatter" (see
@@ -58,33 +54,26 @@ class RV_EXPORT RVDateFormatter : public RVObject {
   /// \note The retry flag is shared by the whole process without a lock:
   ///   while one thread is retrying, a failing text on another thread is
   ///   not retried.
-  /// \param text the text read.
   /// \return the date, or an empty date; nothing is logged.
   RVDate DateFromString(const RVString& text) const;
   /// The date as text in this formatter's pattern or styles.
-  /// \param date the date written.
   /// \return the text; an empty string for an empty date.
   RVString StringFromDate(const RVDate& date) const;
 
   /// Short date and time, no pattern.
-  /// \return a new formatter.
   static RVDateFormatter CurrentLocaleDateFormatter();
   /// Short date and time styles with \p format as the pattern.
-  /// \param format the pattern.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormat(RVString format);
   /// The given styles with \p format as the pattern.
   /// \param format the pattern.
   /// \param dateStyle 0 for none, 1 for short.
   /// \param timeStyle 0 for none, 1 for short.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormatDateStyleTimeStyle(RVString format,
                                                                         int dateStyle,
                                                                         int timeStyle);
   /// The given date style and no time style, with \p format as the pattern.
   /// \param format the pattern.
   /// \param dateStyle 0 for none, 1 for short.
-  /// \return a new formatter.
   static RVDateFormatter DateFormatterUsingDateFormatDateStyle(RVString format, int dateStyle);
   /// "MM-dd-yyyy", short date style, no time style.
   /// \return a new formatter; RVDate::DateFromString() reads with it.

@@ -27,17 +27,14 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// An empty dictionary (nothing held).
   RVDictionary();
   /// Shares the other's dictionary.
-  /// \param other the dictionary to share.
   RVDictionary(const RVDictionary& other);
-  /// Holds \p obj, retained, whatever its class.
-  /// \param obj a dictionary object, or nil.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test; a Core Foundation reference is the same object.
+  ///@{
   RVDictionary(RVId obj);
-  /// Holds \p dictionary, retained.
-  /// \param dictionary the dictionary, or nil.
   RVDictionary(NSDictionary* dictionary);
-  /// Holds the referenced dictionary, retained (the same object).
-  /// \param dictionary a Core Foundation dictionary reference, or null.
   RVDictionary(CFDictionaryRef dictionary);
+  ///@}
   /// Parses XML property-list data; data holding only a dictionary body (a run
   /// of key and value elements) is read as a dictionary too. Anything that is
   /// not a dictionary leaves the handle empty.
@@ -50,30 +47,20 @@ class RV_EXPORT RVDictionary : public RVObject {
   ~RVDictionary() override;
 
   /// Shares the other's dictionary.
-  /// \param other the dictionary to share.
-  /// \return this dictionary.
   RVDictionary& operator=(const RVDictionary& other);
-  /// Holds \p obj, retained, whatever its class.
-  /// \param obj a dictionary object, or nil.
-  /// \return this dictionary.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test; a Core Foundation reference is the same object.
+  ///@{
   RVDictionary& operator=(RVId obj);
-  /// Holds \p dictionary, retained.
-  /// \param dictionary the dictionary, or nil.
-  /// \return this dictionary.
   RVDictionary& operator=(NSDictionary* dictionary);
-  /// Holds the referenced dictionary, retained.
-  /// \param dictionary a Core Foundation dictionary reference, or null.
-  /// \return this dictionary.
   RVDictionary& operator=(CFDictionaryRef dictionary);
+  ///@}
   /// Parses XML property-list data, as RVDictionary(const RVData&).
   /// \param data the property-list text.
-  /// \return this dictionary.
   RVDictionary& operator=(const RVData& data);
-  /// The held dictionary.
-  /// \return the held NSDictionary, not retained; nil when nothing is held.
+  /// The held NSDictionary, not retained; nil when nothing is held.
   operator NSDictionary*() const;
-  /// The held dictionary as a Core Foundation reference.
-  /// \return the held dictionary, not retained; null when nothing is held.
+  /// The held dictionary, not retained; null when nothing is held.
   operator CFDictionaryRef() const;
   /// The class type of dictionaries.
   /// \return "2RVDictionary" (by design, see RVObject::ClassType()).
@@ -88,11 +75,9 @@ class RV_EXPORT RVDictionary : public RVObject {
 
   /// A heap handle made for the value (the caller deletes it), or null.
   /// The handle's class is chosen by RVObject::Create().
-  /// \param key the key looked up.
   /// \return a new handle, or null when the key is absent.
   RVObject* ValueForKey(const RVString& key) const;
   /// The value itself, not retained, or nil.
-  /// \param key the key looked up.
   /// \return the stored object; nil when the key is absent.
   RVId InternalValueForKey(const RVString& key) const;
   /// The value itself, stored in \p out.
@@ -107,14 +92,12 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// \return a new handle the caller deletes, or null.
   RVObject* ValueOfClassTypeForKey(const RVString& classType, const RVString& key) const;
   /// The class type of the handle the value would get; empty when absent.
-  /// \param key the key looked up.
   /// \return the class type, such as "RVString"; empty when absent.
   RVString ObjectsClassTypeForKey(const RVString& key) const;
 
   /// Typed getters: an absent key or a value of another class gives an empty
   /// handle (BooleanForKey: false; it also reads numbers, non-zero is true).
   /// The handle shares the stored object.
-  /// \param key the key looked up.
   /// \return the value, or the empty (false) result.
   ///@{
   RVString StringForKey(const RVString& key) const;
@@ -134,24 +117,16 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// An empty value is stored as a placeholder: an empty dictionary, array or
   /// string for those classes, the number of its truth for a boolean, and
   /// NSNull for anything else; a key is never set to nothing.
-  /// \param value the value stored.
-  /// \param key the key set.
   void SetObjectForKey(const RVObject& value, const RVString& key);
   /// As SetObjectForKey, but only a plain RVObject becomes NSNull; an empty
   /// handle of any other class removes the key.
-  /// \param value the value stored.
-  /// \param key the key set or removed.
   void SetValueForKey(const RVObject& value, const RVString& key);
   /// Removes \p key; nothing happens when it is absent.
-  /// \param key the key removed.
   void RemoveObjectForKey(const RVString& key);
   /// Adds the other's entries.
   /// The other's entries win over this dictionary's entries with equal keys.
-  /// \param other the entries added.
   void AddDictionary(const RVDictionary& other);
   /// Adds the other's entries, as AddDictionary().
-  /// \param other the entries added.
-  /// \return this dictionary.
   ///@{
   RVDictionary& operator+=(const RVDictionary& other);
   RVDictionary& operator+=(NSDictionary* other);
@@ -159,7 +134,6 @@ class RV_EXPORT RVDictionary : public RVObject {
   ///@}
 
   /// Reads a property-list file.
-  /// \param path the file read.
   /// \return the dictionary; empty when the file is missing or its root is
   ///   not a dictionary.
   static RVDictionary DictionaryWithContentsOfFile(const RVString& path);
@@ -167,7 +141,6 @@ class RV_EXPORT RVDictionary : public RVObject {
   /// a temporary file (atomically). Every value is written exactly as it is
   /// held (dates to the second); the library's booleans become
   /// `<true/>`/`<false/>`.
-  /// \param path the file written.
   /// \return false, with the file left as it was, when the file cannot be
   ///   written or the dictionary holds what a property list cannot (NSNull,
   ///   a key that is not a string, a control character, a date outside the

@@ -17,24 +17,17 @@ class RV_EXPORT RVEnumerator : public RVObject {
   /// An empty enumerator (nothing held).
   RVEnumerator();
   /// Shares the other's enumerator and its cursor.
-  /// \param other the enumerator to share.
   RVEnumerator(const RVEnumerator& other);
   /// Holds \p enumerator, retained.
-  /// \param enumerator the enumerator, or nil.
   RVEnumerator(NSEnumerator* enumerator);
   /// Releases the enumerator.
   ~RVEnumerator() override;
 
   /// Shares the other's enumerator and its cursor.
-  /// \param other the enumerator to share.
-  /// \return this enumerator.
   RVEnumerator& operator=(const RVEnumerator& other);
   /// Holds \p enumerator, retained.
-  /// \param enumerator the enumerator, or nil.
-  /// \return this enumerator.
   RVEnumerator& operator=(NSEnumerator* enumerator);
-  /// The held enumerator.
-  /// \return the held NSEnumerator, not retained; nil when nothing is held.
+  /// The held NSEnumerator, not retained; nil when nothing is held.
   operator NSEnumerator*() const;
   /// The class type of enumerators.
   /// \return "2RVEnumerator" (by design, see RVObject::ClassType()).

@@ -21,34 +21,27 @@ class RV_EXPORT RVError : public RVObject {
   /// The empty error: no error.
   RVError();
   /// Shares the other's error.
-  /// \param other the error to share.
   RVError(const RVError& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj an error object, or nil.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVError(RVId obj);
-  /// Holds \p error, retained.
-  /// \param error the error, or nil.
   RVError(NSError* error);
+  ///@}
   /// Releases the error.
   ~RVError() override;
 
   /// Shares the other's error.
-  /// \param other the error to share.
-  /// \return this error.
   RVError& operator=(const RVError& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj an error object, or nil.
-  /// \return this error.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVError& operator=(RVId obj);
-  /// Holds \p error, retained.
-  /// \param error the error, or nil.
-  /// \return this error.
   RVError& operator=(NSError* error);
-  /// The held error.
-  /// \return the held NSError, not retained; nil for no error.
+  ///@}
+  /// The held NSError, not retained; nil for no error.
   operator NSError*() const;
-  /// The class type of errors.
-  /// \return "RVError".
+  /// The class type, "RVError".
   static RVString ClassType();
 
   /// True exactly when an error is held.
@@ -75,17 +68,13 @@ class RV_EXPORT RVError : public RVObject {
   void SetValueForKey(const RVObject& value, const RVString& key);
   /// `code = <code> Domain = <domain> UserInfo = <user info>`; an absent
   /// domain or user info contributes nothing.
-  /// \return the text.
   RVString Description() const override;
 
   /// The platform's user-info key for the description.
-  /// \return the key.
   static RVString LocalizedDescriptionKey();
   /// The platform's user-info key for the recovery suggestion.
-  /// \return the key.
   static RVString LocalizedRecoverySuggestionErrorKey();
   /// The platform's user-info key for the recovery options.
-  /// \return the key.
   static RVString LocalizedRecoveryOptionsErrorKey();
 
   /// The four-text MakeRVError with an empty recovery suggestion.

@@ -18,7 +18,6 @@ class RV_EXPORT RVFileManager {
   RVFileManager() = delete;
 
   /// Whether something exists at \p path.
-  /// \param path the path tested.
   /// \return whether a file, directory or other item is there.
   static bool ItemExistsAtPath(const RVString& path);
   /// Whether something exists at \p path, and whether it is a directory.
@@ -29,11 +28,9 @@ class RV_EXPORT RVFileManager {
   static bool ItemExistsAtPath(const RVString& path, bool& isDirectory);
   /// Whether \p path is a directory.
   /// False for a missing path as for a plain file.
-  /// \param path the path tested.
   /// \return whether a directory is there.
   static bool IsDirectory(const RVString& path);
   /// Whether the calling process may read, write, execute or delete the item.
-  /// \param path the path tested.
   /// \return the answer; false for a missing path.
   ///@{
   static bool IsReadableItemAtPath(const RVString& path);
@@ -44,14 +41,12 @@ class RV_EXPORT RVFileManager {
 
   /// Removes a file or a whole directory tree. Removing what is not there
   /// counts as success.
-  /// \param path the item removed.
   /// \return whether it succeeded; true when nothing was there.
   static bool RemoveItemAtPath(const RVString& path);
   /// Copies or moves a file or a directory tree; fails when the destination
   /// exists.
   /// \param source the item copied or moved.
   /// \param destination the new path, which must not exist.
-  /// \return whether it succeeded.
   ///@{
   static bool CopyPathToPath(RVString source, RVString destination);
   static bool MovePathToPath(RVString source, RVString destination);
@@ -66,12 +61,10 @@ class RV_EXPORT RVFileManager {
                                                   const RVDictionary& attributes);
   /// Makes one directory with the platform's default attributes; one level
   /// only.
-  /// \param path the directory made.
   /// \return whether it was made.
   static bool CreateDirectoryAtPath(const RVString& path);
 
   /// The name to show for the item, as the platform gives it.
-  /// \param path the item.
   /// \return its display name (usually the last path component).
   static RVString DisplayNameAtPath(RVString path);
   /// The per-user temporary directory.
@@ -88,7 +81,6 @@ class RV_EXPORT RVFileManager {
   static RVArray DirectoryContentsAtPathWithMatchingExtensions(const RVString& path,
                                                                const RVArray& extensions);
   /// Entry names (not paths) of one directory, not of its subdirectories.
-  /// \param path the directory listed.
   /// \return the names; empty for a missing path or a file.
   static RVArray DirectoryContentsAtPath(const RVString& path);
 };

@@ -132,7 +132,6 @@ class RV_EXPORT RVInternalRef {
   static CFRange Access(const RVRange* range);
   ///@}
   /// Core Foundation's range as an RVRange.
-  /// \param range the Core Foundation range.
   /// \return the range with that location and length, cut to 32 bits.
   static RVRange Convert(CFRange range);
 

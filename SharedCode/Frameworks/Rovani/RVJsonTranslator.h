@@ -45,8 +45,6 @@ class RV_EXPORT RVJsonTranslator {
   /// Writes Encode's text (not atomically); an error with code 2 and the
   /// description "Failed to create file" when the file cannot be written.
   /// The error's domain is "RVJsonTranslatorDomain"; nothing is logged.
-  /// \param root the root handle.
-  /// \param path the file written.
   /// \return an empty error on success.
   RVError EncodeToFilePath(const RVObject& root, const RVString& path);
 
@@ -57,13 +55,11 @@ class RV_EXPORT RVJsonTranslator {
   RVObject* Parse(const RVString& text);
   /// Parse of the file's text; an empty path or an unreadable file parses as
   /// empty text.
-  /// \param path the file read.
   /// \return the root handle the caller deletes, or null (logged).
   RVObject* ParseFromFilePath(const RVString& path);
 
   /// A new Json::Value for node and its subtree, returned untyped; the caller
   /// deletes it as a Json::Value*.
-  /// \param node the handle encoded.
   /// \return a new `Json::Value*`, as `void*`.
   void* EncodeNext(const RVObject& node) const;
   /// A new handle for a Json::Value (passed untyped) and its subtree.

@@ -19,22 +19,19 @@ class RV_EXPORT RVNumber : public RVObject {
   /// An empty (nil) number.
   RVNumber();
   /// Shares the other's number.
-  /// \param other the number to share.
   RVNumber(const RVNumber& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a number object, or nil.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVNumber(RVId obj);
-  /// Holds \p number, retained.
-  /// \param number the number, or nil.
   RVNumber(NSNumber* number);
+  ///@}
   /// A platform number made from the boolean's truth (not the boolean's own
   /// object).
-  /// \param boolean the boolean read.
   RVNumber(RVBool boolean);
   /// A new number made from \p value, at the width and kind of its type.
   /// \note There is deliberately no signed char member: signed char is the
   ///   platform's boolean type.
-  /// \param value the scalar held.
   ///@{
   RVNumber(bool value);
   RVNumber(char value);
@@ -52,24 +49,16 @@ class RV_EXPORT RVNumber : public RVObject {
   ~RVNumber() override;
 
   /// Shares the other's number.
-  /// \param other the number to share.
-  /// \return this number.
   RVNumber& operator=(const RVNumber& other);
-  /// Holds \p obj, retained, without a class test.
-  /// \param obj a number object, or nil.
-  /// \return this number.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVNumber& operator=(RVId obj);
-  /// Holds \p number, retained.
-  /// \param number the number, or nil.
-  /// \return this number.
   RVNumber& operator=(NSNumber* number);
+  ///@}
   /// A platform number made from the boolean's truth.
-  /// \param boolean the boolean read.
-  /// \return this number.
   RVNumber& operator=(RVBool boolean);
   /// Holds a new number made from \p value (no signed char form).
-  /// \param value the scalar held.
-  /// \return this number.
   ///@{
   RVNumber& operator=(bool value);
   RVNumber& operator=(char value);
@@ -107,12 +96,10 @@ class RV_EXPORT RVNumber : public RVObject {
   /// The number's truth as a boolean handle.
   /// \return the shared true or false boolean.
   operator RVBool() const;
-  /// The held number.
-  /// \return the held NSNumber, not retained; nil for an empty number.
+  /// The held NSNumber, not retained; nil for an empty number.
   operator NSNumber*() const;
 
   /// Equality of the numbers, as Foundation compares them.
-  /// \param other the number compared with.
   /// \return whether both hold equal numbers.
   bool operator==(const RVNumber& other) const;
   /// Compared exactly at the width of the argument; no tolerance for floats.
@@ -120,7 +107,6 @@ class RV_EXPORT RVNumber : public RVObject {
   /// The number is read as the argument's type first: RVNumber(300) equals
   /// (unsigned char)44, and RVNumber(0.1f) does not equal 0.1. A NaN is
   /// never equal. bool and RVBool compare the number's truth.
-  /// \param value the scalar compared with.
   /// \return whether the number, read as that type, equals \p value.
   ///@{
   bool operator==(char value) const;
@@ -137,11 +123,8 @@ class RV_EXPORT RVNumber : public RVObject {
   bool operator==(RVBool value) const;
   ///@}
   /// The negation of operator==(const RVNumber&).
-  /// \param other the number compared with.
-  /// \return whether the numbers differ.
   bool operator!=(const RVNumber& other) const;
   /// The negation of the matching operator== (a NaN always differs).
-  /// \param value the scalar compared with.
   /// \return whether the number, read as that type, differs from \p value.
   ///@{
   bool operator!=(char value) const;
@@ -170,14 +153,12 @@ class RV_EXPORT RVNumber : public RVObject {
   /// \return the text, such as "42" or "2.5".
   RVString ToString() const;
   /// The same as ToString().
-  /// \return the text.
   RVString StringValue() const;
 
   /// The shared number made from false.
   /// \return the same number on every call, made on first use.
   static RVNumber& False();
-  /// The class type of numbers.
-  /// \return "RVNumber".
+  /// The class type, "RVNumber".
   static RVString ClassType();
 };
 

@@ -26,7 +26,6 @@ class RV_EXPORT RVObject {
   /// An empty handle (nil).
   RVObject();
   /// Stores \p obj and retains it; nil stays nil.
-  /// \param obj the object to hold, or nil.
   RVObject(RVId obj);
   /// The checked copy: compares class types, logs a refusal, never throws.
   /// \note In practice the copy always takes the other's object (retained):
@@ -57,14 +56,11 @@ class RV_EXPORT RVObject {
 
   /// Releases the old object (virtual Release), then stores and retains obj
   /// (virtual Retain). Assigning the held pointer again does nothing.
-  /// \param obj the new object, or nil.
-  /// \return this handle.
   RVObject& operator=(RVId obj);
   /// No class-type test: handles of different classes may be assigned.
   /// \note Unlike the copy constructor this is deliberate and unchecked: an
   ///   RVString may end up holding a dictionary.
   /// \param other the handle whose object is shared.
-  /// \return this handle.
   RVObject& operator=(const RVObject& other);
 
   /// The held object.
@@ -82,21 +78,16 @@ class RV_EXPORT RVObject {
 
   /// Equality of the held object (`isEqual:`); an empty handle is never
   /// equal, not even to nil.
-  /// \param other the object to compare with.
   /// \return whether the held object equals \p other.
   bool operator==(RVId other) const;
   /// The negation of operator==(RVId): true for an empty handle.
-  /// \param other the object to compare with.
   /// \return whether the held object differs from \p other.
   bool operator!=(RVId other) const;
   /// Equality of the held objects (`isEqual:`); an empty handle is never
   /// equal, not even to another empty handle.
-  /// \param other the handle to compare with.
   /// \return whether the held object equals the other's.
   bool operator==(const RVObject& other) const;
   /// The negation of operator==(const RVObject&).
-  /// \param other the handle to compare with.
-  /// \return whether the held objects differ.
   bool operator!=(const RVObject& other) const;
 
   /// The class type of this class, "RVObject". Every handle class has its
@@ -120,8 +111,6 @@ class RV_EXPORT RVObject {
   /// \return whether ObjectsClassType() equals \p name.
   bool IsTypeOfClass(const RVString& name) const;
   /// Whether both handles are of the same handle class.
-  /// \param other the handle to compare with.
-  /// \return whether the class types are equal.
   bool IsSameClassTypeAs(const RVObject& other) const;
 
   /// A new heap handle of the class that fits obj (the caller deletes it);
@@ -143,7 +132,6 @@ class RV_EXPORT RVObject {
   /// Holds a constant object (a string literal) without sending it a message,
   /// so that it can be made while the library loads, before the runtime can
   /// answer messages. Constants ignore retain and release.
-  /// \param constant the constant object.
   RVObject(RVId constant, ConstantObject) : ref_(constant) {}
 
  private:

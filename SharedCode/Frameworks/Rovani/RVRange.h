@@ -20,7 +20,6 @@ class RV_EXPORT RVRange {
   /// \param length the number of positions.
   RVRange(unsigned int location, unsigned int length) : location_(location), length_(length) {}
   /// A copy of \p other.
-  /// \param other the range copied.
   RVRange(const RVRange& other) = default;
   /// The platform's range, both fields cut to 32 bits.
   /// \param range the platform's range.
@@ -31,18 +30,14 @@ class RV_EXPORT RVRange {
   /// \param length the number of positions.
   void InitWithLocationAndLength(unsigned int location, unsigned int length);
   /// Overwrites both fields with the other's.
-  /// \param range the range copied.
   void InitWithRange(const RVRange& range);
   /// Overwrites both fields with the platform range's, cut to 32 bits.
   /// \param range the platform's range.
   void InitWithNSRange(const _NSRange& range);
   /// Copies both fields.
-  /// \param other the range copied.
-  /// \return this range.
   RVRange& operator=(const RVRange& other) = default;
   /// Copies both fields of the platform's range, cut to 32 bits.
   /// \param range the platform's range.
-  /// \return this range.
   RVRange& operator=(const _NSRange& range);
   /// The range (\p location, \p length).
   /// \param location the first position.
@@ -70,13 +65,11 @@ class RV_EXPORT RVRange {
   /// Sets both fields to 0.
   void Empty();
   /// Whether \p position lies inside the range.
-  /// \param position the position tested.
   /// \return true when `location <= position < location + length`; always
   ///   false for an empty range.
   bool IsLocationInRange(unsigned int position) const;
 
   /// Field-by-field equality.
-  /// \param other the range compared with.
   /// \return whether both locations and both lengths are equal.
   ///@{
   bool operator==(const RVRange& other) const;
@@ -89,7 +82,6 @@ class RV_EXPORT RVRange {
   /// locations plus the larger length, so (0,10) with (5,2) gives (0,15).
   /// \warning Not the smallest range covering both: the rule is kept as it
   ///   stands by design, and callers rely on it.
-  /// \param other the other range.
   /// \return the combined range.
   ///@{
   RVRange UnionRange(const RVRange& other) const;
@@ -97,7 +89,6 @@ class RV_EXPORT RVRange {
   ///@}
   /// The positions both ranges cover: (0,0) when the ranges do not overlap
   /// (touching ranges such as (0,5) and (5,5) included).
-  /// \param other the other range.
   /// \return the common range, or (0,0).
   ///@{
   RVRange IntersectionRange(const RVRange& other) const;
@@ -108,7 +99,6 @@ class RV_EXPORT RVRange {
   /// \warning By design the two formulas hold for every placement: (0,10)
   ///   less (0,4) gives (4,6), but (2,10) less (2,4) gives (6,4), and the
   ///   length wraps when the intersection ends beyond this length.
-  /// \param other the range taken away.
   /// \return the difference by the rule above.
   RVRange DifferenceRange(const RVRange& other) const;
 

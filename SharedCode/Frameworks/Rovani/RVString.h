@@ -34,14 +34,13 @@ class RV_EXPORT RVString : public RVObject {
   /// Holds the shared empty literal (not nil).
   RVString();
   /// Shares the other's string.
-  /// \param other the string to share.
   RVString(const RVString& other);
-  /// Holds \p obj, retained, whatever its class (no class test).
-  /// \param obj a string object, or nil.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVString(RVId obj);
-  /// Holds \p str, retained.
-  /// \param str the string, or nil.
   RVString(NSString* str);
+  ///@}
   /// A null or non-string reference gives the default (empty literal) string.
   /// \param str a Core Foundation string reference (retained), or null.
   RVString(CFStringRef str);
@@ -69,49 +68,37 @@ class RV_EXPORT RVString : public RVObject {
   ~RVString() override;
 
   /// Shares the other's string.
-  /// \param other the string to share.
-  /// \return this string.
   RVString& operator=(const RVString& other);
-  /// Holds \p obj, retained, whatever its class.
-  /// \param obj a string object, or nil.
-  /// \return this string.
+  /// Holds the object, retained. An RVId is taken as it is, without a class
+  /// test.
+  ///@{
   RVString& operator=(RVId obj);
-  /// Holds \p str, retained.
-  /// \param str the string, or nil.
-  /// \return this string.
   RVString& operator=(NSString* str);
+  ///@}
   /// A null or non-string reference gives the default (empty literal) string.
   /// \param str a Core Foundation string reference, or null.
-  /// \return this string.
   RVString& operator=(CFStringRef str);
   /// A null pointer makes the string nil; otherwise decoded as UTF-8.
   /// \param str NUL-terminated UTF-8 text, or null.
-  /// \return this string.
   ///@{
   RVString& operator=(const char* str);
   RVString& operator=(const unsigned char* str);
   ///@}
   /// Read as NUL-terminated 16-bit Unicode units, as RVString(const wchar_t*).
   /// \param str NUL-terminated UTF-16 text, not null.
-  /// \return this string.
   RVString& operator=(const wchar_t* str);
   /// UTF-8 bytes, as RVString(const RVData&).
   /// \param data UTF-8 bytes.
-  /// \return this string.
   RVString& operator=(const RVData& data);
   /// The other's object when it is a string, else its Description().
   /// \param other any handle.
-  /// \return this string.
   RVString& operator=(const RVObject& other);
 
-  /// The held string.
-  /// \return the held NSString, not retained; nil when nil.
+  /// The held NSString, not retained; nil when nil.
   operator NSString*() const;
-  /// The held string as a Core Foundation reference.
-  /// \return the held string, not retained; null when nil.
+  /// The held string, not retained; null when nil.
   operator CFStringRef() const;
-  /// The class type of strings.
-  /// \return "RVString".
+  /// The class type, "RVString".
   static RVString ClassType();
 
   // Queries. A nil string answers 0, false or the empty result.
@@ -125,7 +112,6 @@ class RV_EXPORT RVString : public RVObject {
   /// \return (0, Length()).
   RVRange Range() const;
   /// Compares with Foundation's ordering.
-  /// \param other the string to compare with.
   /// \return -1, 0 or 1.
   int Compare(RVString other) const;
   /// Compares with Foundation's string-compare option bits.
@@ -135,11 +121,9 @@ class RV_EXPORT RVString : public RVObject {
   /// \return -1, 0 or 1.
   int CompareWithOptions(RVString other, unsigned int options) const;
   /// Compares ignoring case.
-  /// \param other the string to compare with.
   /// \return -1, 0 or 1.
   int CaseInsensitiveCompare(RVString other) const;
   /// Finds the first occurrence of \p str.
-  /// \param str the text to find.
   /// \return its range; when it is absent, the platform's "not found" range
   ///   (length 0) cut to 32 bits (see RVRange::operator _NSRange()).
   RVRange RangeOfString(const RVString& str) const;
@@ -157,16 +141,13 @@ class RV_EXPORT RVString : public RVObject {
   RVRange RangeOfStringWithOptionsInRange(const RVString& str, unsigned int options,
                                           const RVRange& range) const;
   /// Splits at every occurrence of \p separator.
-  /// \param separator the text between components.
   /// \return the components, strings; the whole string alone when the
   ///   separator does not occur.
   RVArray ComponentsSeparatedByString(const RVString& separator) const;
   /// Whether the string starts with \p prefix.
-  /// \param prefix the text looked for.
   /// \return whether the string starts with \p prefix.
   bool HasPrefix(const RVString& prefix) const;
   /// Whether the string ends with \p suffix.
-  /// \param suffix the text looked for.
   /// \return whether the string ends with \p suffix.
   bool HasSuffix(const RVString& suffix) const;
   /// The text read as a number by Foundation's rules.
@@ -272,7 +253,6 @@ class RV_EXPORT RVString : public RVObject {
   RVString PathExtension() const;
   /// The path with \p component appended after a "/".
   /// An empty receiver appends to "".
-  /// \param component the component added.
   /// \return the new path; for an empty receiver, the component alone.
   RVString StringByAppendingPathComponent(const RVString& component) const;
   /// The path with "." and \p extension appended.
@@ -293,7 +273,6 @@ class RV_EXPORT RVString : public RVObject {
   /// The text's bytes in an encoding, without a terminator.
   /// Characters the encoding cannot hold are converted lossily.
   /// \param code a string-encoding code (kRVStringEncodingUTF8, ...).
-  /// \return the bytes.
   RVData DataContainingStringUsingEncoding(unsigned int code) const;
   /// The text's bytes in an encoding, with a terminator.
   /// \param code a string-encoding code (kRVStringEncodingUTF8, ...).
@@ -301,19 +280,14 @@ class RV_EXPORT RVString : public RVObject {
   ///   by one zero byte otherwise.
   RVData DataContainingCStringUsingEncoding(unsigned int code) const;
   /// The UTF-8 bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingUTF8CString() const;
   /// The UTF-16 bytes (as the platform writes them) and two zero bytes.
-  /// \return the bytes.
   RVData DataContainingUnicodeCString() const;
   /// The Mac OS Roman bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingMacOSRomanCString() const;
   /// The Windows Latin-1 (code page 1252) bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingWindowsLatin1CString() const;
   /// The ASCII bytes and one zero byte.
-  /// \return the bytes.
   RVData DataContainingASCIICString() const;
 
   /// Foundation format rules (`%@` for an object argument).
@@ -335,7 +309,6 @@ class RV_EXPORT RVString : public RVObject {
   /// Appends the other side as `%@` renders it; a nil left side counts as "".
   /// The string then holds a new string; copies made before keep the old one.
   /// \param other the text appended (converted to a string first).
-  /// \return this string.
   ///@{
   RVString& operator+=(const RVString& other);
   RVString& operator+=(RVId other);
@@ -353,7 +326,6 @@ class RV_EXPORT RVString : public RVObject {
 /// appended by RVString::operator+=.
 /// \param left the text in front (converted to a string first).
 /// \param right the text appended (converted to a string first).
-/// \return the joined text.
 ///@{
 RV_EXPORT RVString operator+(const RVString& left, const RVString& right);
 RV_EXPORT RVString operator+(const RVString& left, CFStringRef right);

@@ -15,51 +15,38 @@ class RV_EXPORT RVURL : public RVObject {
   /// An empty URL.
   RVURL();
   /// Shares the other's URL.
-  /// \param other the URL to share.
   RVURL(const RVURL& other);
   /// Wraps obj as it is, retained, whatever its class.
-  /// \param obj a URL object, or nil.
   RVURL(RVId obj);
   /// The URL the text spells; empty when the text is not a URL.
   /// \param text the URL's text, such as "http://host/a" ("a b" is no URL).
   RVURL(const RVString& text);
   /// relative resolved against base; empty when the two cannot be combined.
-  /// \param base the base URL.
-  /// \param relative the text resolved against it.
   RVURL(const RVURL& base, const RVString& relative);
   /// Releases the URL.
   ~RVURL() override;
 
   /// Shares the other's URL.
-  /// \param other the URL to share.
-  /// \return this URL.
   RVURL& operator=(const RVURL& other);
   /// Holds \p obj as it is, retained, whatever its class.
-  /// \param obj a URL object, or nil.
-  /// \return this URL.
   RVURL& operator=(RVId obj);
   /// The URL the text spells; empty when the text is not a URL.
   /// \param text the URL's text.
-  /// \return this URL.
   RVURL& operator=(const RVString& text);
 
   using RVObject::operator==;
   using RVObject::operator!=;
   /// Equality of the URLs (`isEqual:`); an empty handle is never equal.
-  /// \param other the URL compared with.
   /// \return whether both hold equal URLs.
   bool operator==(const RVURL& other) const;
   /// The negation of operator==(const RVURL&).
-  /// \param other the URL compared with.
-  /// \return whether the URLs differ.
   bool operator!=(const RVURL& other) const;
 
   /// A file URL for path; a leading tilde names the user's home directory.
   /// \param path the file's path.
   /// \return the file URL.
   static RVURL URLFromFilePath(const RVString& path);
-  /// The class type of URLs.
-  /// \return "RVURL".
+  /// The class type, "RVURL".
   static RVString ClassType();
 
   /// The whole URL as text, resolved against its base.
@@ -95,18 +82,14 @@ class RV_EXPORT RVURL : public RVObject {
   ///   component folds the "//" after the scheme into one "/"
   ///   ("http://host/a" plus "b" gives "http:/host/a/b"). Kept by design.
   ///   An empty component or extension gives a copy of this URL.
-  /// \param component the path component appended.
-  /// \return the new URL.
   RVURL URLByAppendingPathComponent(const RVString& component) const;
   /// A fresh URL from AbsoluteString() with "." and \p extension appended.
   /// An empty extension gives a copy of this URL; the result has no base.
   /// \param extension the extension, without the dot.
-  /// \return the new URL.
   RVURL URLByAppendingPathExtension(const RVString& extension) const;
   /// A fresh URL from AbsoluteString() without its last path component.
   /// \warning The "//" after the scheme folds into one "/", as for
   ///   URLByAppendingPathComponent(). The result has no base.
-  /// \return the new URL.
   RVURL URLByDeletingLastPathComponent() const;
   /// Works on the absolute string of a fresh empty URL, never on this one:
   /// every URL answers the same, the URL made from a nil text.

@@ -60,7 +60,6 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// deletes it), or null when the key has no value.
   /// \note Reads through GNUstep's standard defaults, so it also sees the
   ///   process's arguments (`-key value`) and GNUstep's global domain.
-  /// \param key the key looked up.
   /// \return a new handle, or null.
   RVObject* ObjectForKey(RVString key) const;
   /// Every key of the domain with its value, whichever store this object is
@@ -75,14 +74,12 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// \warning When the key holds another type, the handle made for the
   ///   value is not deleted: it leaks, as callers of this class have always
   ///   seen (kept by design). BoolForKey is the exception and never leaks.
-  /// \param key the key looked up.
   /// \return the value, or the empty or zero result.
   ///@{
   RVArray ArrayForKey(RVString key) const;
   /// The elements' types are not examined.
   /// \warning Leaks the handle made for a value of another type, as the
   ///   other typed getters do.
-  /// \param key the key looked up.
   /// \return the array, or an empty array.
   RVArray StringArrayForKey(RVString key) const;
   RVDictionary DictionaryForKey(RVString key) const;
@@ -95,7 +92,6 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   double DoubleForKey(RVString key) const;
   ///@}
   /// A boolean, or else a number, read as bool.
-  /// \param key the key looked up.
   /// \return the truth; false when the key is missing or holds another
   ///   type (a string, say). Never leaks.
   bool BoolForKey(RVString key) const;
@@ -109,8 +105,6 @@ class RV_EXPORT RVUserDefaults : public RVObject {
   /// \param key the key set.
   void SetObjectForKey(const RVObject& value, RVString key);
   /// Stores a number made from \p value, as SetObjectForKey().
-  /// \param value the value stored.
-  /// \param key the key set.
   ///@{
   void SetIntegerForKey(int value, RVString key);
   void SetFloatForKey(float value, RVString key);

@@ -26,12 +26,10 @@ class RV_EXPORT RVUtilities {
   /// The first four bytes of the MD5 digest of the text's UTF-8 bytes, digest
   /// byte 0 the most significant: a 32-bit fingerprint, not a full MD5. Texts
   /// that share those four bytes collide.
-  /// \param text the text hashed.
   /// \return the fingerprint as a signed integer (the empty text gives
   ///   0xD41D8CD9, negative).
   static int Hash(const RVString& text);
   /// Hash's four bytes as eight upper-case hexadecimal digits.
-  /// \param text the text hashed.
   /// \return the digits, such as "D41D8CD9" for the empty text.
   static RVString HashAsString(const RVString& text);
   /// A new random UUID as 36 upper-case characters (8-4-4-4-12). The text is

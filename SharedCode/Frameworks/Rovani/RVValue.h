@@ -21,23 +21,18 @@ class RV_EXPORT RVValue : public RVObject {
   /// An empty value.
   RVValue();
   /// Shares the other's box.
-  /// \param other the value to share.
   RVValue(const RVValue& other);
   /// Shares the number's object (a number is a kind of value).
-  /// \param number the number to share.
   RVValue(const RVNumber& number);
   /// Holds \p value, retained.
-  /// \param value the box, or nil.
   RVValue(NSValue* value);
   /// A boolean box (0 or 1), autoreleased: needs a pool.
-  /// \param value the truth boxed.
   RVValue(bool value);
   /// A boolean box holding the raw value (not reduced to 0 or 1).
   /// \param value the byte boxed as it is.
   RVValue(signed char value);
   /// A box of \p value at the width of its type, made as an autoreleased
   /// number: needs a pool.
-  /// \param value the integer boxed.
   ///@{
   RVValue(char value);
   RVValue(unsigned char value);
@@ -52,21 +47,13 @@ class RV_EXPORT RVValue : public RVObject {
   ~RVValue() override;
 
   /// Shares the other's box.
-  /// \param other the value to share.
-  /// \return this value.
   RVValue& operator=(const RVValue& other);
   /// Shares the number's object.
-  /// \param number the number to share.
-  /// \return this value.
   RVValue& operator=(const RVNumber& number);
   /// Holds \p value, retained.
-  /// \param value the box, or nil.
-  /// \return this value.
   RVValue& operator=(NSValue* value);
   /// Holds a new box of \p value, as the matching constructor makes it
   /// (autoreleased: needs a pool).
-  /// \param value the scalar boxed.
-  /// \return this value.
   ///@{
   RVValue& operator=(bool value);
   RVValue& operator=(signed char value);
@@ -83,7 +70,6 @@ class RV_EXPORT RVValue : public RVObject {
   /// Holds a box around \p pointer (autoreleased by the platform).
   /// \param pointer the pointer boxed; null makes a box holding null, not
   ///   an empty value.
-  /// \return this value.
   RVValue& SetValueFromPointer(const void* pointer);
   /// A new value boxing \p pointer.
   /// \param pointer the pointer boxed, null included.
@@ -114,26 +100,20 @@ class RV_EXPORT RVValue : public RVObject {
   /// The truth of the box as a boolean handle.
   /// \return the shared true or false boolean.
   operator RVBool() const;
-  /// The held box.
-  /// \return the held NSValue, not retained; nil for an empty value.
+  /// The held NSValue, not retained; nil for an empty value.
   operator NSValue*() const;
 
   /// Equality of the boxes (`isEqualToValue:`).
-  /// \param other the value compared with.
   /// \return whether the boxes are equal; false for an empty value.
   bool operator==(const RVValue& other) const;
   /// Equality of this box and the number (`isEqualToValue:`).
-  /// \param other the number compared with.
   /// \return whether they are equal; false for an empty value.
   bool operator==(const RVNumber& other) const;
   /// Asks the argument, not this value: nil is never equal.
-  /// \param other the box compared with, or nil.
   /// \return whether \p other equals this box; false for nil.
   bool operator==(NSValue* other) const;
   /// The box read as the argument's type and compared exactly at its width
   /// (bool: the box's truth).
-  /// \param value the scalar compared with.
-  /// \return whether they are equal.
   ///@{
   bool operator==(unsigned char value) const;
   bool operator==(short value) const;
@@ -152,20 +132,13 @@ class RV_EXPORT RVValue : public RVObject {
   /// \return whether (\p value is 1) equals the box's truth.
   bool operator==(signed char value) const;
   /// The negation of operator==(const RVValue&).
-  /// \param other the value compared with.
-  /// \return whether the boxes differ.
   bool operator!=(const RVValue& other) const;
   /// The negation of operator==(const RVNumber&).
-  /// \param other the number compared with.
-  /// \return whether they differ.
   bool operator!=(const RVNumber& other) const;
   /// Asks the argument, as operator==(NSValue*) does, and negates.
-  /// \param other the box compared with, or nil.
   /// \return whether they differ; true for nil.
   bool operator!=(NSValue* other) const;
   /// The negation of the matching operator==.
-  /// \param value the scalar compared with.
-  /// \return whether they differ.
   ///@{
   bool operator!=(unsigned char value) const;
   bool operator!=(short value) const;
@@ -177,23 +150,18 @@ class RV_EXPORT RVValue : public RVObject {
   ///@}
   /// Compares boxes (isEqualToValue: with a char box), so it is not always
   /// the negation of operator==(char).
-  /// \param value the character compared with.
   /// \return whether this box differs from a char box of \p value.
   bool operator!=(char value) const;
   /// The negation of operator==(bool).
-  /// \param value the truth compared with.
-  /// \return whether the truths differ.
   bool operator!=(bool value) const;
   /// The negation of operator==(signed char): only 1 counts as true.
   /// \param value the truth compared with; only 1 is true.
-  /// \return whether the truths differ.
   bool operator!=(signed char value) const;
 
   /// The shared value made from false.
   /// \return the same value on every call, made on first use.
   static RVValue& False();
-  /// The class type of values.
-  /// \return "RVValue".
+  /// The class type, "RVValue".
   static RVString ClassType();
 };
 
