@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 
 static int Check(bool ok, const char* what) {
   std::printf("%-55s %s\n", what, ok ? "yes" : "NO");
@@ -48,6 +49,20 @@ int main() {
   failures += Check(!none.IsError(), "code 0 makes no error");
   failures += Check(some.Code() == 7, "code 7 makes an error");
   //! [make]
+
+  //! [where]
+  RVFormatError where;
+  std::unique_ptr<RVObject> list(RVPropertyList::Read("<plist>\n  <dict><key>a</key><integer>12x</integer></dict></plist>", &where));
+  std::printf("settings.plist:%s\n", where.Description().c_str());  // 2:21: not an integer ...
+  failures += Check(list == nullptr && where.line == 2 && where.column == 21,
+                    "a malformed property list says its line and column");
+
+  std::unique_ptr<RVObject> parsed(RVJsonDocument::Parse("{\"a\": {\"b\": null}}", &where));
+  std::string written = RVPropertyList::Write(*parsed, RVDocumentFormat::kBinaryPropertyList, &where);
+  std::printf("refused: %s\n", where.Description().c_str());  // a.b: a null value
+  failures += Check(written.empty() && where.keyPath == "a.b",
+                    "a value a writer refuses is named by its key path");
+  //! [where]
 
   //! [throw]
   try {

@@ -45,25 +45,19 @@ class RV_EXPORT RVFormatError {
   /// The format the document was taken for (reading) or written in.
   RVDocumentFormat format = RVDocumentFormat::kNone;
 
-  /// No error.
+  /// No error. Copies are plain value copies.
+  ///@{
   RVFormatError();
-  /// A copy of other.
-  /// \param other the error copied.
   RVFormatError(const RVFormatError& other);
-  /// Releases the texts.
   ~RVFormatError();
-  /// Becomes a copy of other.
-  /// \param other the error copied.
-  /// \return this error.
   RVFormatError& operator=(const RVFormatError& other);
+  ///@}
 
-  /// Whether an error was recorded.
-  /// \return true when message is not empty.
+  /// Whether an error was recorded (the message is not empty).
   bool IsError() const;
   /// The error on one line, place first: "LINE:COLUMN: message",
   /// "byte N: message" or "KEYPATH: message" (a place and a key path both:
   /// "LINE:COLUMN: KEYPATH: message"); empty when there was no error.
-  /// \return the description.
   std::string Description() const;
   /// Back to no error.
   void Clear();

@@ -62,9 +62,7 @@ class RV_EXPORT RVPropertyList {
   static std::string Write(const RVObject& root, RVDocumentFormat format,
                            RVFormatError* error = nullptr);
 
-  /// What value holds, for walking a tree.
-  /// \param value any handle.
-  /// \return its kind.
+  /// What a handle holds, for walking a tree.
   static Kind KindOf(const RVObject& value);
 };
 
