@@ -1,0 +1,553 @@
+#import <Foundation/Foundation.h>
+
+#include "Platform/Preferences/RVDefaultsStore.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "Platform/Files/RVAtomicFile.h"
+#include "Platform/Preferences/RVDefaultsJournal.h"
+#include "Platform/Preferences/RVStoreFiles.h"
+#include "Platform/Preferences/RVStoreMerge.h"
+#include "Platform/PropertyLists/RVPropertyList.h"
+
+namespace {
+
+const char kDefaultAllUsersDirectory[] = "/var/lib/rovani/defaults";
+// The journal is folded once it is larger than this and than the file.
+constexpr off_t kFoldAtLeast = 1 << 20;
+
+std::string AllUsersDirectory() {
+  const char* configured = getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
+  return configured != nullptr && configured[0] != '\0' ? configured : kDefaultAllUsersDirectory;
+}
+
+// GNUstep's user defaults directory; empty when there is none. GNUstep
+// reads its configuration once, at start-up, so this is asked once.
+const std::string& GNUstepUserDefaultsDirectory() {
+  static const std::string* directory = [] {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    NSString* root = GSDefaultsRootForUser(NSUserName());
+    const char* path = [root length] > 0 ? [root fileSystemRepresentation] : nullptr;
+    std::string* found = new std::string(path != nullptr ? path : "");
+    [pool drain];
+    return found;
+  }();
+  return *directory;
+}
+
+// GNUstep reads and rewrites only the *.plist files directly in its
+// directory, so it never touches a directory of our own inside it.
+std::string CurrentUserDirectory() {
+  const std::string& root = GNUstepUserDefaultsDirectory();
+  return root.empty() ? root : root + "/Rovani";
+}
+
+struct Kind {
+  std::string (*directory)();  // empty when there is none
+  mode_t fileMode;
+  mode_t directoryMode;
+  bool currentUser;  // journal, private directory, GNUstep's file taken over
+};
+
+// Stands for a removal among changes.
+id Removed() {
+  static id marker = [[NSObject alloc] init];
+  return marker;
+}
+
+struct Paths {
+  std::string dir, name, file, journal, imported, legacy;
+};
+
+class DirectoryLock {
+ public:
+  explicit DirectoryLock(const std::string& dir)
+      : fd_(open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
+    while (fd_ >= 0 && flock(fd_, LOCK_EX) != 0) {
+      if (errno != EINTR) {
+        close(fd_);
+        fd_ = -1;
+      }
+    }
+  }
+  ~DirectoryLock() {
+    if (fd_ >= 0) {
+      flock(fd_, LOCK_UN);
+      close(fd_);
+    }
+  }
+  int fd() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+void Lock(int fd, int how) {
+  while (flock(fd, how) != 0 && errno == EINTR) {
+  }
+}
+
+// Everything this process knows of one application's files.
+struct Domain {
+  NSMutableDictionary* values = nil;  // the file with the journal over it; nil until read
+  RVFileStamp file;
+  int journal = -1;
+  ino_t journalInode = 0;  // 0: no journal read
+  off_t journalEnd = 0;    // read up to here
+  unsigned stuck = 0;      // journal changes the file could not take
+  bool legacyActive = false;
+  RVFileStamp legacyStamp;
+  NSDictionary* legacy = nil;  // GNUstep's file's values while it is read
+};
+
+class Store {
+ public:
+  explicit Store(const Kind& kind) : kind_(kind), pending_([[NSMutableDictionary alloc] init]) {}
+
+  void Set(NSString* application, NSString* key, id value) {
+    if (key == nil) return;
+    std::lock_guard<std::mutex> hold(mutex_);
+    ++version_;
+    // A copy, so that a caller's later change to a mutable value changes
+    // nothing here; what cannot be copied is kept as it is.
+    id copied = [value conformsToProtocol:@protocol(NSCopying)] ? [value copy] : [value retain];
+    [copied autorelease];
+    if (!kind_.currentUser) {
+      [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];
+      return;
+    }
+    std::string record;
+    if (copied != nil && !RVIsPropertyListObject(copied)) return;
+    if (!RVJournalRecord(key, copied, &record)) return;
+    Paths p;
+    NSMutableDictionary* pending = Pending(application);
+    [pending setObject:(copied != nil ? copied : Removed()) forKey:key];
+    if (!PathsFor(application, &p)) return;
+    Domain& d = domains_[p.file];
+    if (d.values == nil) Refresh(d, p);
+    if ([pending count] == 1 && !TakeoverDue(d, p) && Append(d, p, record)) {
+      Apply(d.values, key, copied);
+      [pending removeObjectForKey:key];
+    } else {
+      Flush(d, p, application);
+    }
+    if (d.journalEnd > std::max(kFoldAtLeast, 2 * d.file.size)) Fold(d, p, application);
+  }
+
+  id CopyValue(NSString* application, NSString* key) {
+    if (key == nil) return nil;
+    std::lock_guard<std::mutex> hold(mutex_);
+    id change = [[pending_ objectForKey:application] objectForKey:key];
+    if (change != nil) return change == Removed() ? nil : [change retain];
+    Paths p;
+    if (!PathsFor(application, &p)) return nil;
+    Domain& d = domains_[p.file];
+    Refresh(d, p);
+    id value = [d.values objectForKey:key];
+    if (value == nil && d.legacyActive) value = [d.legacy objectForKey:key];
+    return [value retain];
+  }
+
+  NSDictionary* Values(NSString* application, unsigned long* version) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    NSMutableDictionary* values = [NSMutableDictionary dictionary];
+    Paths p;
+    if (PathsFor(application, &p)) {
+      Domain& d = domains_[p.file];
+      Refresh(d, p);
+      if (d.legacyActive) [values addEntriesFromDictionary:d.legacy];
+      [values addEntriesFromDictionary:d.values];
+    }
+    NSDictionary* pending = [pending_ objectForKey:application];
+    for (id key in pending) Apply(values, key, [pending objectForKey:key]);
+    if (version != nullptr) *version = version_;
+    return values;
+  }
+
+  bool ChangedSince(NSString* application, unsigned long version) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    Paths p;
+    if (PathsFor(application, &p)) Refresh(domains_[p.file], p);
+    return version != version_;
+  }
+
+  bool Synchronize(NSString* application) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    NSMutableDictionary* pending = [pending_ objectForKey:application];
+    Paths p;
+    if (!PathsFor(application, &p)) return [pending count] == 0;
+    Domain& d = domains_[p.file];
+    Refresh(d, p);
+    if (kind_.currentUser) {
+      Flush(d, p, application);
+      bool due = d.journalEnd > 0 || [pending count] > 0 || TakeoverDue(d, p);
+      if (due && !Fold(d, p, application)) return false;
+      return [pending count] == 0 && d.stuck == 0;
+    }
+    if ([pending count] == 0) return true;
+    return Fold(d, p, application) && [pending count] == 0;
+  }
+
+ private:
+  NSMutableDictionary* Pending(NSString* application) {
+    NSMutableDictionary* changes = [pending_ objectForKey:application];
+    if (changes == nil) {
+      changes = [NSMutableDictionary dictionary];
+      [pending_ setObject:changes forKey:application];
+    }
+    return changes;
+  }
+
+  static void Apply(NSMutableDictionary* values, NSString* key, id change) {
+    if (change == nil || change == Removed()) {
+      [values removeObjectForKey:key];
+    } else {
+      [values setObject:change forKey:key];
+    }
+  }
+
+  bool PathsFor(NSString* application, Paths* p) const {
+    const char* utf8 = [application UTF8String];
+    p->name = utf8 != nullptr ? utf8 : "";
+    if (p->name.empty() || p->name == "." || p->name == ".." ||
+        p->name.find('/') != std::string::npos) {
+      return false;
+    }
+    p->dir = kind_.directory();
+    if (p->dir.empty()) return false;
+    p->file = p->dir + "/" + p->name + ".plist";
+    p->journal = p->file + ".journal";
+    p->imported = p->file + ".imported";
+    p->legacy.clear();
+    if (kind_.currentUser && !GNUstepUserDefaultsDirectory().empty()) {
+      p->legacy = GNUstepUserDefaultsDirectory() + "/" + p->name + ".plist";
+    }
+    return true;
+  }
+
+  // GNUstep's file is still read and will be taken over by the next write.
+  static bool TakeoverDue(const Domain& d, const Paths& p) {
+    return d.legacyActive && d.legacy != nil;
+  }
+
+  void CloseJournal(Domain& d) {
+    if (d.journal >= 0) close(d.journal);
+    d.journal = -1;
+  }
+
+  // The journal, opened for appending (made when create is set and it is
+  // missing); false when there is none to use.
+  bool OpenJournal(Domain& d, const Paths& p, bool create) {
+    if (d.journal >= 0) return true;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+      bool notRegular = false;
+      int flags = O_RDWR | O_APPEND | (create ? O_CREAT : 0);
+      d.journal = RVOpenRegularFile(p.journal, flags, kind_.fileMode, &notRegular);
+      if (d.journal >= 0) return true;
+      if (create && errno == ENOENT && attempt == 0 &&
+          RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser)) {
+        continue;
+      }
+      if (!notRegular || !create || !RVKeepDamagedAside(p.journal, "is not a regular file")) break;
+    }
+    return false;
+  }
+
+  // Appends one record with one write. The journal was replaced by a fold
+  // when its name no longer leads to it: then the new one is used.
+  bool Append(Domain& d, const Paths& p, const std::string& record) {
+    for (int attempt = 0; attempt < 4; ++attempt) {
+      if (!OpenJournal(d, p, true)) return false;
+      Lock(d.journal, LOCK_SH);
+      struct stat info;
+      if (fstat(d.journal, &info) != 0 || info.st_nlink == 0) {
+        Lock(d.journal, LOCK_UN);
+        CloseJournal(d);
+        continue;
+      }
+      int error = RVWriteWholly(d.journal, record.data(), record.size());
+      off_t end = lseek(d.journal, 0, SEEK_CUR);
+      Lock(d.journal, LOCK_UN);
+      if (error != 0) {
+        NSLog(@"Rovani defaults: cannot write to %s (%s); the change stays pending",
+              p.journal.c_str(), strerror(error));
+        return false;
+      }
+      // Read up to here already, unless another process wrote between.
+      if (info.st_ino == d.journalInode && info.st_size == d.journalEnd &&
+          end == info.st_size + static_cast<off_t>(record.size())) {
+        d.journalEnd = end;
+      }
+      return true;
+    }
+    return false;
+  }
+
+  // Appends the application's pending changes; folds instead while
+  // GNUstep's file waits to be taken over.
+  bool Flush(Domain& d, const Paths& p, NSString* application) {
+    NSMutableDictionary* pending = [pending_ objectForKey:application];
+    if ([pending count] == 0) return true;
+    if (TakeoverDue(d, p)) return Fold(d, p, application);
+    for (NSString* key in [pending allKeys]) {
+      id change = [pending objectForKey:key];
+      id value = change == Removed() ? nil : change;
+      std::string record;
+      if (!RVJournalRecord(key, value, &record) || !Append(d, p, record)) return false;
+      Apply(d.values, key, value);
+      [pending removeObjectForKey:key];
+    }
+    return true;
+  }
+
+  // Brings d up to what the files hold now: a read of unchanged files costs
+  // a stat or two; a grown journal is read from where reading stopped.
+  void Refresh(Domain& d, const Paths& p) {
+    RVFileStamp file = RVFileStamp::At(p.file);
+    bool fresh = d.values != nil && file == d.file;
+    if (fresh && kind_.currentUser) {
+      RVFileStamp journal = RVFileStamp::At(p.journal);
+      fresh = journal.IsRegular() ? journal.inode == d.journalInode && journal.size == d.journalEnd
+                                  : d.journalInode == 0;
+    }
+    if (!fresh) Reload(d, p);
+    if (kind_.currentUser) RefreshLegacy(d, p);
+  }
+
+  void Reload(Domain& d, const Paths& p) {
+    ++version_;
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    bool haveJournal = kind_.currentUser && OpenJournal(d, p, false);
+    struct stat info;
+    if (haveJournal) {
+      Lock(d.journal, LOCK_SH);
+      if (fstat(d.journal, &info) != 0 || info.st_nlink == 0) {
+        Lock(d.journal, LOCK_UN);
+        CloseJournal(d);
+        haveJournal = OpenJournal(d, p, false);
+        if (haveJournal) Lock(d.journal, LOCK_SH);
+        haveJournal = haveJournal && fstat(d.journal, &info) == 0;
+      }
+    }
+    ino_t inode = haveJournal ? info.st_ino : 0;
+    RVFileStamp file = RVFileStamp::At(p.file);
+    if (d.values == nil || file != d.file || inode != d.journalInode) {
+      const char* damaged = nullptr;
+      NSDictionary* values = RVReadStoreFile(p.file, &d.file, &damaged);
+      [d.values release];
+      d.values = values != nil ? [values mutableCopy] : [[NSMutableDictionary alloc] init];
+      d.journalInode = inode;
+      d.journalEnd = 0;
+    }
+    if (haveJournal) {
+      std::string bytes;
+      if (info.st_size > d.journalEnd) {
+        bytes.resize(static_cast<size_t>(info.st_size - d.journalEnd));
+        ssize_t got = pread(d.journal, &bytes[0], bytes.size(), d.journalEnd);
+        bytes.resize(got > 0 ? static_cast<size_t>(got) : 0);
+      }
+      d.journalEnd += static_cast<off_t>(RVJournalReplay(bytes.data(), bytes.size(), d.values));
+      Lock(d.journal, LOCK_UN);
+    }
+    [pool drain];
+  }
+
+  // GNUstep's file is read until it has been taken over (its copy is
+  // beside the store's file).
+  void RefreshLegacy(Domain& d, const Paths& p) {
+    bool active = !p.legacy.empty() && !RVFileStamp::At(p.imported).exists;
+    RVFileStamp stamp = active ? RVFileStamp::At(p.legacy) : RVFileStamp();
+    if (active == d.legacyActive && stamp == d.legacyStamp) return;
+    ++version_;
+    d.legacyActive = active;
+    d.legacyStamp = stamp;
+    [d.legacy release];
+    d.legacy = nil;
+    if (!active || !stamp.exists) return;
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    d.legacy = [RVReadGNUstepDefaultsFile(p.legacy) retain];
+    [pool drain];
+  }
+
+  bool Fold(Domain& d, const Paths& p, NSString* application);
+  void Retire(const Paths& p);
+
+  const Kind kind_;
+  std::mutex mutex_;
+  NSMutableDictionary* pending_;  // application ID to its changes (key to value or Removed())
+  unsigned long version_ = 1;
+  std::map<std::string, Domain> domains_;  // by file path
+};
+
+}  // namespace
+
+namespace {
+
+// Under the directory's lock (and the journal's, exclusively): the file as
+// it is now, GNUstep's file while it waits to be taken over, the journal
+// and the pending changes, merged key by key, replace the file whole; the
+// journal then starts again with only what the file could not take.
+bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
+  if (!RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser)) return false;
+  DirectoryLock directory(p.dir);
+  if (directory.fd() < 0) return false;
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  bool haveJournal = false;
+  for (int attempt = 0; kind_.currentUser && attempt < 4; ++attempt) {
+    haveJournal = OpenJournal(d, p, false);
+    if (!haveJournal) break;
+    Lock(d.journal, LOCK_EX);
+    struct stat info;
+    if (fstat(d.journal, &info) == 0 && info.st_nlink > 0) break;
+    Lock(d.journal, LOCK_UN);
+    CloseJournal(d);
+    haveJournal = false;
+  }
+
+  RVStoreMerge merge;
+  RVFileStamp stamp;
+  const char* damaged = nullptr;
+  // The all-users file as last read, when it has not changed since; the
+  // current user's as it is alone, without its journal.
+  if (!kind_.currentUser && d.values != nil && RVFileStamp::At(p.file) == d.file &&
+      d.file.IsRegular()) {
+    merge.stored = d.values;
+    merge.storedPath = p.file;
+  } else {
+    merge.stored = RVReadStoreFile(p.file, &stamp, &damaged, &merge.storedText);
+  }
+  NSMutableDictionary* changes = [NSMutableDictionary dictionary];
+  if (haveJournal) {
+    std::string bytes;
+    if (RVReadWholeFile(d.journal, SIZE_MAX, &bytes)) {
+      RVJournalReplay(bytes.data(), bytes.size(), changes, Removed());
+    }
+  }
+  NSMutableDictionary* pending = [pending_ objectForKey:application];
+  [changes addEntriesFromDictionary:pending];
+  merge.changes = changes;
+  merge.removed = Removed();
+  RefreshLegacy(d, p);
+  bool takingOver = TakeoverDue(d, p);
+  if (takingOver) merge.legacy = d.legacy;
+  merge.legacyPath = p.legacy;
+
+  NSData* xml = RVMergeStore(&merge);
+  bool written = xml != nil && (damaged == nullptr || RVKeepDamagedAside(p.file, damaged)) &&
+                 RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist",
+                                                        [xml bytes], [xml length],
+                                                        static_cast<int>(kind_.fileMode));
+  if (written) {
+    if (takingOver && !merge.legacyRefused) Retire(p);
+    // The changes the file took are done with: pending ones leave, and the
+    // journal starts again with the others.
+    unsigned stuck = 0;
+    std::string leftover;
+    for (NSString* key in changes) {
+      if ([merge.dropped containsObject:key]) {
+        if ([pending objectForKey:key] == nil) {
+          std::string record;
+          id change = [changes objectForKey:key];
+          if (RVJournalRecord(key, change == Removed() ? nil : change, &record)) {
+            leftover += record;
+            ++stuck;
+          }
+        }
+      } else {
+        [pending removeObjectForKey:key];
+      }
+    }
+    if (haveJournal || !leftover.empty()) {
+      RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist.journal",
+                                             leftover.data(), leftover.size(),
+                                             static_cast<int>(kind_.fileMode));
+    }
+    d.stuck = stuck;
+    // What reads back in this process is each value as it was set.
+    for (NSString* key in merge.dropped) Apply(merge.merged, key, [changes objectForKey:key]);
+    NSMutableDictionary* before = d.values;
+    d.values = [merge.merged retain];
+    for (NSString* key in merge.verbatim) {
+      [d.values setObject:[merge.stored objectForKey:key] forKey:key];
+    }
+    [before release];
+    d.file = RVFileStamp::At(p.file);
+    RVFileStamp journal = RVFileStamp::At(p.journal);
+    d.journalInode = journal.IsRegular() ? journal.inode : 0;
+    d.journalEnd = journal.IsRegular() ? journal.size : 0;
+    RefreshLegacy(d, p);
+    ++version_;
+  }
+  if (haveJournal) Lock(d.journal, LOCK_UN);
+  CloseJournal(d);
+  [pool drain];
+  return written;
+}
+
+// GNUstep's file, now in the store's own, moves beside it as
+// <name>.plist.imported: kept, out of GNUstep's sight, and no longer read,
+// so that a key removed from the store does not show through from it.
+// Where it cannot move, a copy goes there instead and the file is left.
+void Store::Retire(const Paths& p) {
+  if (rename(p.legacy.c_str(), p.imported.c_str()) == 0) return;
+  int error = errno;
+  std::string text;
+  bool notRegular = false;
+  int fd = RVOpenRegularFile(p.legacy, O_RDONLY, 0, &notRegular);
+  bool copied = fd >= 0 && RVReadWholeFile(fd, SIZE_MAX, &text) &&
+                RVWriteFileAtomically(p.imported.c_str(), text.data(), text.size(),
+                                      static_cast<int>(kind_.fileMode));
+  if (fd >= 0) close(fd);
+  NSLog(@"Rovani defaults: %s cannot be moved to %s (%s); %s", p.legacy.c_str(),
+        p.imported.c_str(), strerror(error),
+        copied ? "a copy is kept there and the file is no longer read"
+               : "it is still read");
+}
+
+Store& StoreFor(RVStore store) {
+  // Never destroyed: nothing here may message Foundation during exit.
+  static const Kind kCurrentUser = {CurrentUserDirectory, 0600, 0700, true};
+  static const Kind kAllUsers = {AllUsersDirectory, 0644, 0755, false};
+  static Store* currentUser = new Store(kCurrentUser);
+  static Store* allUsers = new Store(kAllUsers);
+  return store == RVStore::kCurrentUser ? *currentUser : *allUsers;
+}
+
+}  // namespace
+
+void RVStoreSet(RVStore store, NSString* application, NSString* key, id value) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  StoreFor(store).Set(application, key, value);
+  [pool drain];
+}
+
+id RVStoreCopyValue(RVStore store, NSString* application, NSString* key) {
+  return StoreFor(store).CopyValue(application, key);
+}
+
+NSDictionary* RVStoreValues(RVStore store, NSString* application, unsigned long* version) {
+  return StoreFor(store).Values(application, version);
+}
+
+bool RVStoreChangedSince(RVStore store, NSString* application, unsigned long version) {
+  return StoreFor(store).ChangedSince(application, version);
+}
+
+bool RVStoreSynchronize(RVStore store, NSString* application) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  bool done = StoreFor(store).Synchronize(application);
+  [pool drain];
+  return done;
+}
