@@ -146,15 +146,11 @@ bool WriteInDirectory(int dirFD, const std::string& name, const void* bytes, siz
 int RVWriteWholly(int fd, const void* bytes, size_t length) {
   // A write past the process's file-size limit raises SIGXFSZ, which ends
   // the process unless it is held back: it is blocked on this thread for
-  // the write, and one raised here is taken off again (one already pending
-  // before is left for its owner).
+  // the write, and the one a failed write raised is taken off again.
   sigset_t xfsz, old;
   sigemptyset(&xfsz);
   sigaddset(&xfsz, SIGXFSZ);
   pthread_sigmask(SIG_BLOCK, &xfsz, &old);
-  sigset_t pendingBefore;
-  sigpending(&pendingBefore);
-  bool wasPending = sigismember(&pendingBefore, SIGXFSZ) == 1;
   const char* at = static_cast<const char*>(bytes);
   int error = 0;
   while (length > 0) {
@@ -167,7 +163,7 @@ int RVWriteWholly(int fd, const void* bytes, size_t length) {
     at += written;
     length -= static_cast<size_t>(written);
   }
-  if (error == EFBIG && !wasPending) {
+  if (error == EFBIG) {
     const struct timespec now = {0, 0};
     while (sigtimedwait(&xfsz, nullptr, &now) < 0 && errno == EINTR) {
     }

@@ -10,9 +10,12 @@
 //   with the journal over it. The journal is folded into the file when it
 //   has grown past the file's size (and 1 MB) and at every synchronise.
 //   Values GNUstep kept in its own <application id>.plist are read until
-//   the store takes them over (at its first write): the file then moves to
-//   <dir>/<application id>.plist.imported (or, where it cannot move, is
-//   copied there and no longer read).
+//   the store has a file of its own: its first write takes them over and
+//   the file moves to <dir>/<application id>.plist.imported (or, where it
+//   cannot move, is copied there when it can be and is no longer read).
+//   GNUstep's file holding what the library cannot write stays where it is
+//   and is still read, under the store's file, while
+//   <dir>/<application id>.plist.gnustep-kept says so.
 // - Every user's for this host (RVStore::kAllUsers): <dir> is
 //   $ROVANI_ALL_USERS_DEFAULTS_DIR when set and not empty, else
 //   /var/lib/rovani/defaults; files 0644, directories 0755. Changes stay

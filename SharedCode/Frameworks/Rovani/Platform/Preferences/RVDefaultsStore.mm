@@ -68,7 +68,7 @@ id Removed() {
 }
 
 struct Paths {
-  std::string dir, name, file, journal, imported, legacy;
+  std::string dir, name, file, journal, imported, notTakenOver, legacy;
 };
 
 class DirectoryLock {
@@ -107,6 +107,8 @@ struct Domain {
   ino_t journalInode = 0;  // 0: no journal read
   off_t journalEnd = 0;    // read up to here
   unsigned stuck = 0;      // journal changes the file could not take
+  bool damaged = false;    // the file holds no dictionary
+  bool directoryReady = false;
   bool legacyActive = false;
   RVFileStamp legacyStamp;
   NSDictionary* legacy = nil;  // GNUstep's file's values while it is read
@@ -230,6 +232,7 @@ class Store {
     p->file = p->dir + "/" + p->name + ".plist";
     p->journal = p->file + ".journal";
     p->imported = p->file + ".imported";
+    p->notTakenOver = p->file + ".gnustep-kept";
     p->legacy.clear();
     if (kind_.currentUser && !GNUstepUserDefaultsDirectory().empty()) {
       p->legacy = GNUstepUserDefaultsDirectory() + "/" + p->name + ".plist";
@@ -237,9 +240,10 @@ class Store {
     return true;
   }
 
-  // GNUstep's file is still read and will be taken over by the next write.
+  // GNUstep's file is read and the store has no file yet: the next write
+  // takes it over.
   static bool TakeoverDue(const Domain& d, const Paths& p) {
-    return d.legacyActive && d.legacy != nil;
+    return d.legacyActive && d.legacy != nil && !d.file.exists;
   }
 
   void CloseJournal(Domain& d) {
@@ -251,6 +255,10 @@ class Store {
   // missing); false when there is none to use.
   bool OpenJournal(Domain& d, const Paths& p, bool create) {
     if (d.journal >= 0) return true;
+    if (create && !d.directoryReady) {
+      d.directoryReady = RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser);
+      if (!d.directoryReady) return false;
+    }
     for (int attempt = 0; attempt < 2; ++attempt) {
       bool notRegular = false;
       int flags = O_RDWR | O_APPEND | (create ? O_CREAT : 0);
@@ -285,7 +293,12 @@ class Store {
               p.journal.c_str(), strerror(error));
         return false;
       }
-      // Read up to here already, unless another process wrote between.
+      // Read up to here already, unless another process wrote between. A
+      // journal that was not there when the files were read starts empty
+      // (were it another's after a fold, the file's stamp tells).
+      if (d.journalInode == 0 && d.journalEnd == 0 && info.st_size == 0) {
+        d.journalInode = info.st_ino;
+      }
       if (info.st_ino == d.journalInode && info.st_size == d.journalEnd &&
           end == info.st_size + static_cast<off_t>(record.size())) {
         d.journalEnd = end;
@@ -346,6 +359,7 @@ class Store {
     if (d.values == nil || file != d.file || inode != d.journalInode) {
       const char* damaged = nullptr;
       NSDictionary* values = RVReadStoreFile(p.file, &d.file, &damaged);
+      d.damaged = damaged != nullptr;
       [d.values release];
       d.values = values != nil ? [values mutableCopy] : [[NSMutableDictionary alloc] init];
       d.journalInode = inode;
@@ -364,10 +378,11 @@ class Store {
     [pool drain];
   }
 
-  // GNUstep's file is read until it has been taken over (its copy is
-  // beside the store's file).
+  // GNUstep's file is read until the store has a file of its own, and
+  // after that only when it could not be taken over (marked beside it).
   void RefreshLegacy(Domain& d, const Paths& p) {
-    bool active = !p.legacy.empty() && !RVFileStamp::At(p.imported).exists;
+    bool active = !p.legacy.empty() &&
+                  (!d.file.exists || RVFileStamp::At(p.notTakenOver).exists);
     RVFileStamp stamp = active ? RVFileStamp::At(p.legacy) : RVFileStamp();
     if (active == d.legacyActive && stamp == d.legacyStamp) return;
     ++version_;
@@ -421,7 +436,7 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
   const char* damaged = nullptr;
   // The all-users file as last read, when it has not changed since; the
   // current user's as it is alone, without its journal.
-  if (!kind_.currentUser && d.values != nil && RVFileStamp::At(p.file) == d.file &&
+  if (!kind_.currentUser && d.values != nil && !d.damaged && RVFileStamp::At(p.file) == d.file &&
       d.file.IsRegular()) {
     merge.stored = d.values;
     merge.storedPath = p.file;
@@ -450,7 +465,13 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
                                                         [xml bytes], [xml length],
                                                         static_cast<int>(kind_.fileMode));
   if (written) {
-    if (takingOver && !merge.legacyRefused) Retire(p);
+    if (takingOver && !merge.legacyRefused) {
+      unlink(p.notTakenOver.c_str());
+      Retire(p);
+    } else if (takingOver) {
+      RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist.gnustep-kept", "", 0,
+                                             static_cast<int>(kind_.fileMode));
+    }
     // The changes the file took are done with: pending ones leave, and the
     // journal starts again with the others.
     unsigned stuck = 0;
