@@ -51,8 +51,10 @@ bool RVWriteFileAtomicallyInLockedDirectory(int dirFD, const std::string& name, 
 // Writes all length bytes to fd: 0, or the error that stopped it (ENOSPC,
 // EFBIG past the file-size limit, ...), some bytes perhaps written. A write
 // past the file-size limit answers EFBIG and never ends the process with
-// SIGXFSZ. Every write of the functions above goes through it.
-int RVWriteWholly(int fd, const void* bytes, size_t length);
+// SIGXFSZ. Every write of the functions above goes through it. A caller
+// that knows the process has no file-size limit may pass false for
+// guarded, saving the two system calls that hold the signal back.
+int RVWriteWholly(int fd, const void* bytes, size_t length, bool guarded = true);
 
 // The side name of name.
 std::string RVAtomicFileSideName(const std::string& name);

@@ -143,14 +143,14 @@ bool WriteInDirectory(int dirFD, const std::string& name, const void* bytes, siz
 
 }  // namespace
 
-int RVWriteWholly(int fd, const void* bytes, size_t length) {
+int RVWriteWholly(int fd, const void* bytes, size_t length, bool guarded) {
   // A write past the process's file-size limit raises SIGXFSZ, which ends
   // the process unless it is held back: it is blocked on this thread for
   // the write, and the one a failed write raised is taken off again.
   sigset_t xfsz, old;
   sigemptyset(&xfsz);
   sigaddset(&xfsz, SIGXFSZ);
-  pthread_sigmask(SIG_BLOCK, &xfsz, &old);
+  if (guarded) pthread_sigmask(SIG_BLOCK, &xfsz, &old);
   const char* at = static_cast<const char*>(bytes);
   int error = 0;
   while (length > 0) {
@@ -163,12 +163,12 @@ int RVWriteWholly(int fd, const void* bytes, size_t length) {
     at += written;
     length -= static_cast<size_t>(written);
   }
-  if (error == EFBIG) {
+  if (error == EFBIG && guarded) {
     const struct timespec now = {0, 0};
     while (sigtimedwait(&xfsz, nullptr, &now) < 0 && errno == EINTR) {
     }
   }
-  pthread_sigmask(SIG_SETMASK, &old, nullptr);
+  if (guarded) pthread_sigmask(SIG_SETMASK, &old, nullptr);
   return error;
 }
 

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -103,9 +104,12 @@ void Lock(int fd, int how) {
 struct Domain {
   NSMutableDictionary* values = nil;  // the file with the journal over it; nil until read
   RVFileStamp file;
-  int journal = -1;
+  int journal = -1;        // open, with a shared lock, while the process lives
   ino_t journalInode = 0;  // 0: no journal read
   off_t journalEnd = 0;    // read up to here
+  off_t appended = 0;      // written by this process since
+  bool appendFailed = false;
+  off_t foldedAt = 0;      // the file holds the journal up to here
   unsigned stuck = 0;      // journal changes the file could not take
   bool damaged = false;    // the file holds no dictionary
   bool directoryReady = false;
@@ -145,7 +149,7 @@ class Store {
     } else {
       Flush(d, p, application);
     }
-    if (d.journalEnd > std::max(kFoldAtLeast, 2 * d.file.size)) Fold(d, p, application);
+    if (Unfolded(d) > std::max(kFoldAtLeast, 2 * d.file.size)) Fold(d, p, application);
   }
 
   id CopyValue(NSString* application, NSString* key) {
@@ -194,7 +198,7 @@ class Store {
     Refresh(d, p);
     if (kind_.currentUser) {
       Flush(d, p, application);
-      bool due = d.journalEnd > 0 || [pending count] > 0 || TakeoverDue(d, p);
+      bool due = Unfolded(d) > 0 || [pending count] > 0 || TakeoverDue(d, p);
       if (due && !Fold(d, p, application)) return false;
       return [pending count] == 0 && d.stuck == 0;
     }
@@ -246,26 +250,42 @@ class Store {
     return d.legacyActive && d.legacy != nil && !d.file.exists;
   }
 
+  static off_t Unfolded(const Domain& d) { return d.journalEnd + d.appended - d.foldedAt; }
+
   void CloseJournal(Domain& d) {
     if (d.journal >= 0) close(d.journal);
     d.journal = -1;
   }
 
   // The journal, opened for appending (made when create is set and it is
-  // missing); false when there is none to use.
+  // missing) and held with a shared lock for as long as the process lives:
+  // it is emptied only by a process that holds it alone. False when there
+  // is none to use.
   bool OpenJournal(Domain& d, const Paths& p, bool create) {
     if (d.journal >= 0) return true;
     if (create && !d.directoryReady) {
       d.directoryReady = RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser);
       if (!d.directoryReady) return false;
     }
-    for (int attempt = 0; attempt < 2; ++attempt) {
+    unguarded_ = NoFileSizeLimit();
+    for (int attempt = 0; attempt < 4; ++attempt) {
       bool notRegular = false;
       int flags = O_RDWR | O_APPEND | (create ? O_CREAT : 0);
       d.journal = RVOpenRegularFile(p.journal, flags, kind_.fileMode, &notRegular);
-      if (d.journal >= 0) return true;
-      if (create && errno == ENOENT && attempt == 0 &&
-          RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser)) {
+      if (d.journal >= 0) {
+        Lock(d.journal, LOCK_SH);
+        struct stat info;
+        if (fstat(d.journal, &info) == 0 && info.st_nlink > 0) {
+          // A journal made since the files were read starts empty.
+          if (d.journalInode == 0 && d.journalEnd == 0 && info.st_size == 0) {
+            d.journalInode = info.st_ino;
+          }
+          return true;
+        }
+        CloseJournal(d);
+        continue;
+      }
+      if (create && errno == ENOENT && RVMakeStoreDirectory(p.dir, kind_.directoryMode, true)) {
         continue;
       }
       if (!notRegular || !create || !RVKeepDamagedAside(p.journal, "is not a regular file")) break;
@@ -273,39 +293,23 @@ class Store {
     return false;
   }
 
-  // Appends one record with one write. The journal was replaced by a fold
-  // when its name no longer leads to it: then the new one is used.
+  static bool NoFileSizeLimit() {
+    struct rlimit limit;
+    return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur == RLIM_INFINITY;
+  }
+
+  // Appends one record with one write.
   bool Append(Domain& d, const Paths& p, const std::string& record) {
-    for (int attempt = 0; attempt < 4; ++attempt) {
-      if (!OpenJournal(d, p, true)) return false;
-      Lock(d.journal, LOCK_SH);
-      struct stat info;
-      if (fstat(d.journal, &info) != 0 || info.st_nlink == 0) {
-        Lock(d.journal, LOCK_UN);
-        CloseJournal(d);
-        continue;
-      }
-      int error = RVWriteWholly(d.journal, record.data(), record.size());
-      off_t end = lseek(d.journal, 0, SEEK_CUR);
-      Lock(d.journal, LOCK_UN);
-      if (error != 0) {
-        NSLog(@"Rovani defaults: cannot write to %s (%s); the change stays pending",
-              p.journal.c_str(), strerror(error));
-        return false;
-      }
-      // Read up to here already, unless another process wrote between. A
-      // journal that was not there when the files were read starts empty
-      // (were it another's after a fold, the file's stamp tells).
-      if (d.journalInode == 0 && d.journalEnd == 0 && info.st_size == 0) {
-        d.journalInode = info.st_ino;
-      }
-      if (info.st_ino == d.journalInode && info.st_size == d.journalEnd &&
-          end == info.st_size + static_cast<off_t>(record.size())) {
-        d.journalEnd = end;
-      }
-      return true;
+    if (!OpenJournal(d, p, true)) return false;
+    int error = RVWriteWholly(d.journal, record.data(), record.size(), !unguarded_);
+    if (error != 0) {
+      d.appendFailed = true;
+      NSLog(@"Rovani defaults: cannot write to %s (%s); the change stays pending",
+            p.journal.c_str(), strerror(error));
+      return false;
     }
-    return false;
+    d.appended += static_cast<off_t>(record.size());
+    return true;
   }
 
   // Appends the application's pending changes; folds instead while
@@ -330,10 +334,17 @@ class Store {
   void Refresh(Domain& d, const Paths& p) {
     RVFileStamp file = RVFileStamp::At(p.file);
     bool fresh = d.values != nil && file == d.file;
-    if (fresh && kind_.currentUser) {
-      RVFileStamp journal = RVFileStamp::At(p.journal);
-      fresh = journal.IsRegular() ? journal.inode == d.journalInode && journal.size == d.journalEnd
-                                  : d.journalInode == 0;
+    if (fresh && kind_.currentUser && d.journal >= 0) {
+      // Unchanged but for this process's own appends, already applied.
+      struct stat info;
+      fresh = !d.appendFailed && fstat(d.journal, &info) == 0 && info.st_nlink > 0 &&
+              info.st_ino == d.journalInode && info.st_size == d.journalEnd + d.appended;
+      if (fresh) {
+        d.journalEnd = info.st_size;
+        d.appended = 0;
+      }
+    } else if (fresh && kind_.currentUser) {
+      fresh = !RVFileStamp::At(p.journal).IsRegular();
     }
     if (!fresh) Reload(d, p);
     if (kind_.currentUser) RefreshLegacy(d, p);
@@ -342,18 +353,9 @@ class Store {
   void Reload(Domain& d, const Paths& p) {
     ++version_;
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    bool haveJournal = kind_.currentUser && OpenJournal(d, p, false);
     struct stat info;
-    if (haveJournal) {
-      Lock(d.journal, LOCK_SH);
-      if (fstat(d.journal, &info) != 0 || info.st_nlink == 0) {
-        Lock(d.journal, LOCK_UN);
-        CloseJournal(d);
-        haveJournal = OpenJournal(d, p, false);
-        if (haveJournal) Lock(d.journal, LOCK_SH);
-        haveJournal = haveJournal && fstat(d.journal, &info) == 0;
-      }
-    }
+    if (d.journal >= 0 && (fstat(d.journal, &info) != 0 || info.st_nlink == 0)) CloseJournal(d);
+    bool haveJournal = kind_.currentUser && OpenJournal(d, p, false) && fstat(d.journal, &info) == 0;
     ino_t inode = haveJournal ? info.st_ino : 0;
     RVFileStamp file = RVFileStamp::At(p.file);
     if (d.values == nil || file != d.file || inode != d.journalInode) {
@@ -364,7 +366,10 @@ class Store {
       d.values = values != nil ? [values mutableCopy] : [[NSMutableDictionary alloc] init];
       d.journalInode = inode;
       d.journalEnd = 0;
+      d.foldedAt = 0;
     }
+    d.appended = 0;
+    d.appendFailed = false;
     if (haveJournal) {
       std::string bytes;
       if (info.st_size > d.journalEnd) {
@@ -373,7 +378,6 @@ class Store {
         bytes.resize(got > 0 ? static_cast<size_t>(got) : 0);
       }
       d.journalEnd += static_cast<off_t>(RVJournalReplay(bytes.data(), bytes.size(), d.values));
-      Lock(d.journal, LOCK_UN);
     }
     [pool drain];
   }
@@ -400,6 +404,7 @@ class Store {
   void Retire(const Paths& p);
 
   const Kind kind_;
+  bool unguarded_ = false;  // the process had no file-size limit when last asked
   std::mutex mutex_;
   NSMutableDictionary* pending_;  // application ID to its changes (key to value or Removed())
   unsigned long version_ = 1;
@@ -419,17 +424,12 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
   DirectoryLock directory(p.dir);
   if (directory.fd() < 0) return false;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  bool haveJournal = false;
-  for (int attempt = 0; kind_.currentUser && attempt < 4; ++attempt) {
-    haveJournal = OpenJournal(d, p, false);
-    if (!haveJournal) break;
-    Lock(d.journal, LOCK_EX);
-    struct stat info;
-    if (fstat(d.journal, &info) == 0 && info.st_nlink > 0) break;
-    Lock(d.journal, LOCK_UN);
-    CloseJournal(d);
-    haveJournal = false;
-  }
+  // The journal can be emptied only by a process that holds it alone:
+  // else the file takes in what it holds and it stays as it is.
+  bool haveJournal = kind_.currentUser && OpenJournal(d, p, false);
+  bool alone = haveJournal && flock(d.journal, LOCK_EX | LOCK_NB) == 0;
+  if (haveJournal && !alone) Lock(d.journal, LOCK_SH);
+  unguarded_ = NoFileSizeLimit();
 
   RVStoreMerge merge;
   RVFileStamp stamp;
@@ -444,22 +444,36 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
     merge.stored = RVReadStoreFile(p.file, &stamp, &damaged, &merge.storedText);
   }
   NSMutableDictionary* changes = [NSMutableDictionary dictionary];
-  if (haveJournal) {
-    std::string bytes;
-    if (RVReadWholeFile(d.journal, SIZE_MAX, &bytes)) {
-      RVJournalReplay(bytes.data(), bytes.size(), changes, Removed());
-    }
-  }
+  off_t journalRead = 0;
+  NSData* xml = nil;
   NSMutableDictionary* pending = [pending_ objectForKey:application];
-  [changes addEntriesFromDictionary:pending];
-  merge.changes = changes;
-  merge.removed = Removed();
   RefreshLegacy(d, p);
   bool takingOver = TakeoverDue(d, p);
-  if (takingOver) merge.legacy = d.legacy;
-  merge.legacyPath = p.legacy;
-
-  NSData* xml = RVMergeStore(&merge);
+  struct stat info;
+  if (haveJournal && !takingOver && !d.appendFailed && d.values != nil && fstat(d.journal, &info) == 0 &&
+      info.st_size == d.journalEnd + d.appended && d.file == RVFileStamp::At(p.file)) {
+    // What this process holds is the files as they are: written as it is,
+    // each value the object that was set.
+    merge.merged = [[d.values mutableCopy] autorelease];
+    for (id key in pending) Apply(merge.merged, key, [pending objectForKey:key]);
+    xml = RVPropertyListXMLData(merge.merged);
+    journalRead = info.st_size;
+    if (xml != nil) [changes addEntriesFromDictionary:pending];
+  }
+  if (xml == nil && haveJournal) {
+    std::string bytes;
+    if (RVReadWholeFile(d.journal, SIZE_MAX, &bytes)) {
+      journalRead = static_cast<off_t>(RVJournalReplay(bytes.data(), bytes.size(), changes, Removed()));
+    }
+  }
+  if (xml == nil) {
+    [changes addEntriesFromDictionary:pending];
+    merge.changes = changes;
+    merge.removed = Removed();
+    if (takingOver) merge.legacy = d.legacy;
+    merge.legacyPath = p.legacy;
+    xml = RVMergeStore(&merge);
+  }
   bool written = xml != nil && (damaged == nullptr || RVKeepDamagedAside(p.file, damaged)) &&
                  RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist",
                                                         [xml bytes], [xml length],
@@ -490,10 +504,11 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
         [pending removeObjectForKey:key];
       }
     }
-    if (haveJournal || !leftover.empty()) {
-      RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist.journal",
-                                             leftover.data(), leftover.size(),
-                                             static_cast<int>(kind_.fileMode));
+    off_t journalEnd = journalRead;
+    if (alone && ftruncate(d.journal, 0) == 0) {
+      journalEnd = RVWriteWholly(d.journal, leftover.data(), leftover.size(), !unguarded_) == 0
+                       ? static_cast<off_t>(leftover.size())
+                       : 0;
     }
     d.stuck = stuck;
     // What reads back in this process is each value as it was set.
@@ -505,14 +520,15 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
     }
     [before release];
     d.file = RVFileStamp::At(p.file);
-    RVFileStamp journal = RVFileStamp::At(p.journal);
-    d.journalInode = journal.IsRegular() ? journal.inode : 0;
-    d.journalEnd = journal.IsRegular() ? journal.size : 0;
+    d.journalInode = d.journal >= 0 && fstat(d.journal, &info) == 0 ? info.st_ino : 0;
+    d.journalEnd = journalEnd;
+    d.foldedAt = journalEnd;
+    d.appended = 0;
+    d.appendFailed = false;
     RefreshLegacy(d, p);
     ++version_;
   }
-  if (haveJournal) Lock(d.journal, LOCK_UN);
-  CloseJournal(d);
+  if (alone) Lock(d.journal, LOCK_SH);
   [pool drain];
   return written;
 }
