@@ -622,16 +622,16 @@ TEST(UserDefaultsProcesses, SetsThatReturnedOutliveKill9) {
   int last = -1;
   char line[32];
   // Past the first fold of the journal (at 1 MB).
-  while (last < 6000 && fgets(line, sizeof line, lines) != nullptr) last = std::atoi(line);
+  while (last < 12000 && fgets(line, sizeof line, lines) != nullptr) last = std::atoi(line);
   kill(pid, SIGKILL);
   Workers::Wait(pid);
   fclose(lines);
-  ASSERT_GE(last, 6000);
+  ASSERT_GE(last, 12000);
   EXPECT_EQ(Mode(store), 0700u);
   std::string output;
   std::string lastKey = "key" + std::to_string(last);
-  EXPECT_EQ(workers.Run({"get", "org.example.kill", "key0", "key3000", lastKey}, &output), 0);
-  EXPECT_EQ(output, "value0\nvalue3000\nvalue" + std::to_string(last));
+  EXPECT_EQ(workers.Run({"get", "org.example.kill", "key0", "key9000", lastKey}, &output), 0);
+  EXPECT_EQ(output, "value0\nvalue9000\nvalue" + std::to_string(last));
   std::string check = "python3 -c \"import plistlib,sys; "
                       "sys.exit(0 if isinstance(plistlib.load(open(sys.argv[1],'rb')), dict) else 1)\" " +
                       store + "/org.example.kill.plist";

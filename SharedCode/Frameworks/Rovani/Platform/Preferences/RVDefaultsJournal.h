@@ -4,9 +4,10 @@
 //
 // A record is "RVj1", the payload's length (4 bytes, little-endian), an
 // FNV-1a hash of the payload (8 bytes, little-endian) and the payload: an
-// XML property list, the array [key, value] for a set or [key] for a
-// removal. A record cut short (its writer killed, a full disk) fails its
-// hash and is stepped over: reading goes on at the next whole record.
+// XML property list from its <plist> element on, the array [key, value]
+// for a set or [key] for a removal. A record cut short (its writer killed,
+// a full disk) fails its hash and is stepped over: reading goes on at the
+// next whole record.
 #ifndef ROVANI_PLATFORM_RVDEFAULTSJOURNAL_H
 #define ROVANI_PLATFORM_RVDEFAULTSJOURNAL_H
 

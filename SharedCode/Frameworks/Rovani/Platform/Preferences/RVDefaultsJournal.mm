@@ -48,6 +48,10 @@ bool RVJournalRecord(NSString* key, id value, std::string* record) {
                                  : [NSArray arrayWithObject:key];
   std::string payload;
   if (!RVXMLPropertyListWrite(change, &payload) || payload.size() > 0xffffffffu) return false;
+  // The plist element alone reads the same: the declaration and document
+  // type only lengthen every record.
+  std::string::size_type plist = payload.find("<plist");
+  if (plist != std::string::npos) payload.erase(0, plist);
   record->assign(kHeader, '\0');
   memcpy(&(*record)[0], kMagic, 4);
   PutLittleEndian(&(*record)[4], payload.size(), 4);

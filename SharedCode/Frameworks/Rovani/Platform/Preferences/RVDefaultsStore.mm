@@ -137,19 +137,24 @@ class Store {
     std::string record;
     if (copied != nil && !RVIsPropertyListObject(copied)) return;
     if (!RVJournalRecord(key, copied, &record)) return;
-    Paths p;
-    NSMutableDictionary* pending = Pending(application);
-    [pending setObject:(copied != nil ? copied : Removed()) forKey:key];
-    if (!PathsFor(application, &p)) return;
-    Domain& d = domains_[p.file];
-    if (d.values == nil) Refresh(d, p);
-    if ([pending count] == 1 && !TakeoverDue(d, p) && Append(d, p, record)) {
-      Apply(d.values, key, copied);
-      [pending removeObjectForKey:key];
-    } else {
-      Flush(d, p, application);
+    const Paths* p = CurrentUserPaths(application);
+    if (p == nullptr) {
+      [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];
+      return;
     }
-    if (Unfolded(d) > std::max(kFoldAtLeast, 2 * d.file.size)) Fold(d, p, application);
+    Domain& d = *lastDomain_;
+    if (d.values == nil) Refresh(d, *p);
+    if ([[pending_ objectForKey:application] count] == 0 && !TakeoverDue(d, *p) &&
+        Append(d, *p, record)) {
+      Apply(d.values, key, copied);
+    } else {
+      [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];
+      Flush(d, *p, application);
+    }
+    // The first set makes the file, so that other tools find one.
+    if (!d.file.exists || Unfolded(d) > std::max(kFoldAtLeast, 2 * d.file.size)) {
+      Fold(d, *p, application);
+    }
   }
 
   id CopyValue(NSString* application, NSString* key) {
@@ -222,6 +227,22 @@ class Store {
     } else {
       [values setObject:change forKey:key];
     }
+  }
+
+  // The current user's paths for application, and its domain in
+  // lastDomain_; the last application's are kept (the current user's
+  // directory never changes). Null when the application has no file.
+  const Paths* CurrentUserPaths(NSString* application) {
+    if (lastDomain_ != nullptr &&
+        (application == lastApplication_ || [application isEqualToString:lastApplication_])) {
+      return &lastPaths_;
+    }
+    lastDomain_ = nullptr;
+    if (!PathsFor(application, &lastPaths_)) return nullptr;
+    [lastApplication_ release];
+    lastApplication_ = [application copy];
+    lastDomain_ = &domains_[lastPaths_.file];
+    return &lastPaths_;
   }
 
   bool PathsFor(NSString* application, Paths* p) const {
@@ -409,6 +430,9 @@ class Store {
   NSMutableDictionary* pending_;  // application ID to its changes (key to value or Removed())
   unsigned long version_ = 1;
   std::map<std::string, Domain> domains_;  // by file path
+  NSString* lastApplication_ = nil;
+  Paths lastPaths_;
+  Domain* lastDomain_ = nullptr;
 };
 
 }  // namespace
