@@ -44,8 +44,10 @@ size_t WholeRecord(const char* bytes, size_t length) {
 
 bool RVJournalRecord(NSString* key, id value, std::string* record) {
   if (key == nil) return false;
-  NSArray* change = value != nil ? [NSArray arrayWithObjects:key, value, nil]
-                                 : [NSArray arrayWithObject:key];
+  // Looked up once: a class named in code is looked up by name at each use.
+  static Class arrays = [NSArray class];
+  NSArray* change = value != nil ? [arrays arrayWithObjects:key, value, nil]
+                                 : [arrays arrayWithObject:key];
   std::string payload;
   if (!RVXMLPropertyListWrite(change, &payload) || payload.size() > 0xffffffffu) return false;
   // The plist element alone reads the same: the declaration and document

@@ -589,7 +589,9 @@ Store& StoreFor(RVStore store) {
 }  // namespace
 
 void RVStoreSet(RVStore store, NSString* application, NSString* key, id value) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  // Looked up once: a class named in code is looked up by name at each use.
+  static Class pools = [NSAutoreleasePool class];
+  NSAutoreleasePool* pool = [[pools alloc] init];
   StoreFor(store).Set(application, key, value);
   [pool drain];
 }

@@ -12,21 +12,29 @@
 
 namespace {
 
+// Each class named in code is looked up by name at every use with this
+// runtime: the walk below runs on every set, so it asks once.
+struct Classes {
+  Class string = [NSString class], data = [NSData class], date = [NSDate class],
+        number = [NSNumber class], array = [NSArray class], dictionary = [NSDictionary class];
+};
+
 bool IsPropertyListObject(id value, unsigned depth) {
+  static const Classes* classes = new Classes();
   if (value == nil || depth > kRVPropertyListMaxDepth) return false;
-  if ([value isKindOfClass:[NSString class]] || [value isKindOfClass:[NSData class]] ||
-      [value isKindOfClass:[NSDate class]] || [value isKindOfClass:[NSNumber class]]) {
+  if ([value isKindOfClass:classes->string] || [value isKindOfClass:classes->data] ||
+      [value isKindOfClass:classes->date] || [value isKindOfClass:classes->number]) {
     return true;
   }
-  if ([value isKindOfClass:[NSArray class]]) {
+  if ([value isKindOfClass:classes->array]) {
     for (id element in (NSArray*)value) {
       if (!IsPropertyListObject(element, depth + 1)) return false;
     }
     return true;
   }
-  if ([value isKindOfClass:[NSDictionary class]]) {
+  if ([value isKindOfClass:classes->dictionary]) {
     for (id key in (NSDictionary*)value) {
-      if (![key isKindOfClass:[NSString class]]) return false;
+      if (![key isKindOfClass:classes->string]) return false;
       if (!IsPropertyListObject([(NSDictionary*)value objectForKey:key], depth + 1)) return false;
     }
     return true;
