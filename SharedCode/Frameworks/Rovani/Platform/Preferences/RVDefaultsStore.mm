@@ -4,63 +4,26 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "Platform/Files/RVAtomicFile.h"
 #include "Platform/Preferences/RVDefaultsJournal.h"
 #include "Platform/Preferences/RVStoreFiles.h"
 #include "Platform/Preferences/RVStoreMerge.h"
+#include "Platform/Preferences/RVStorePaths.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 
 namespace {
 
-const char kDefaultAllUsersDirectory[] = "/var/lib/rovani/defaults";
 // The journal is folded once it is larger than this and than the file.
 constexpr off_t kFoldAtLeast = 1 << 20;
-
-std::string AllUsersDirectory() {
-  const char* configured = getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
-  return configured != nullptr && configured[0] != '\0' ? configured : kDefaultAllUsersDirectory;
-}
-
-// GNUstep's user defaults directory; empty when there is none. GNUstep
-// reads its configuration once, at start-up, so this is asked once.
-const std::string& GNUstepUserDefaultsDirectory() {
-  static const std::string* directory = [] {
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    NSString* root = GSDefaultsRootForUser(NSUserName());
-    const char* path = [root length] > 0 ? [root fileSystemRepresentation] : nullptr;
-    std::string* found = new std::string(path != nullptr ? path : "");
-    [pool drain];
-    return found;
-  }();
-  return *directory;
-}
-
-// GNUstep reads and rewrites only the *.plist files directly in its
-// directory, so it never touches a directory of our own inside it.
-std::string CurrentUserDirectory() {
-  const std::string& root = GNUstepUserDefaultsDirectory();
-  return root.empty() ? root : root + "/Rovani";
-}
-
-struct Kind {
-  std::string (*directory)();  // empty when there is none
-  mode_t fileMode;
-  mode_t directoryMode;
-  bool currentUser;  // journal, private directory, GNUstep's file taken over
-};
 
 // Stands for a removal among changes.
 id Removed() {
@@ -68,37 +31,7 @@ id Removed() {
   return marker;
 }
 
-struct Paths {
-  std::string dir, name, file, journal, imported, notTakenOver, legacy;
-};
 
-class DirectoryLock {
- public:
-  explicit DirectoryLock(const std::string& dir)
-      : fd_(open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
-    while (fd_ >= 0 && flock(fd_, LOCK_EX) != 0) {
-      if (errno != EINTR) {
-        close(fd_);
-        fd_ = -1;
-      }
-    }
-  }
-  ~DirectoryLock() {
-    if (fd_ >= 0) {
-      flock(fd_, LOCK_UN);
-      close(fd_);
-    }
-  }
-  int fd() const { return fd_; }
-
- private:
-  int fd_;
-};
-
-void Lock(int fd, int how) {
-  while (flock(fd, how) != 0 && errno == EINTR) {
-  }
-}
 
 // Everything this process knows of one application's files.
 struct Domain {
@@ -120,7 +53,7 @@ struct Domain {
 
 class Store {
  public:
-  explicit Store(const Kind& kind) : kind_(kind), pending_([[NSMutableDictionary alloc] init]) {}
+  explicit Store(const RVStoreKind& kind) : kind_(kind), pending_([[NSMutableDictionary alloc] init]) {}
 
   void Set(NSString* application, NSString* key, id value) {
     if (key == nil) return;
@@ -137,7 +70,7 @@ class Store {
     std::string record;
     if (copied != nil && !RVIsPropertyListObject(copied)) return;
     if (!RVJournalRecord(key, copied, &record)) return;
-    const Paths* p = CurrentUserPaths(application);
+    const RVStorePaths* p = CurrentUserPaths(application);
     if (p == nullptr) {
       [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];
       return;
@@ -162,8 +95,8 @@ class Store {
     std::lock_guard<std::mutex> hold(mutex_);
     id change = [[pending_ objectForKey:application] objectForKey:key];
     if (change != nil) return change == Removed() ? nil : [change retain];
-    Paths p;
-    if (!PathsFor(application, &p)) return nil;
+    RVStorePaths p;
+    if (!RVStorePathsFor(kind_, application, &p)) return nil;
     Domain& d = domains_[p.file];
     Refresh(d, p);
     id value = [d.values objectForKey:key];
@@ -174,8 +107,8 @@ class Store {
   NSDictionary* Values(NSString* application, unsigned long* version) {
     std::lock_guard<std::mutex> hold(mutex_);
     NSMutableDictionary* values = [NSMutableDictionary dictionary];
-    Paths p;
-    if (PathsFor(application, &p)) {
+    RVStorePaths p;
+    if (RVStorePathsFor(kind_, application, &p)) {
       Domain& d = domains_[p.file];
       Refresh(d, p);
       if (d.legacyActive) [values addEntriesFromDictionary:d.legacy];
@@ -189,16 +122,16 @@ class Store {
 
   bool ChangedSince(NSString* application, unsigned long version) {
     std::lock_guard<std::mutex> hold(mutex_);
-    Paths p;
-    if (PathsFor(application, &p)) Refresh(domains_[p.file], p);
+    RVStorePaths p;
+    if (RVStorePathsFor(kind_, application, &p)) Refresh(domains_[p.file], p);
     return version != version_;
   }
 
   bool Synchronize(NSString* application) {
     std::lock_guard<std::mutex> hold(mutex_);
     NSMutableDictionary* pending = [pending_ objectForKey:application];
-    Paths p;
-    if (!PathsFor(application, &p)) return [pending count] == 0;
+    RVStorePaths p;
+    if (!RVStorePathsFor(kind_, application, &p)) return [pending count] == 0;
     Domain& d = domains_[p.file];
     Refresh(d, p);
     if (kind_.currentUser) {
@@ -232,42 +165,23 @@ class Store {
   // The current user's paths for application, and its domain in
   // lastDomain_; the last application's are kept (the current user's
   // directory never changes). Null when the application has no file.
-  const Paths* CurrentUserPaths(NSString* application) {
+  const RVStorePaths* CurrentUserPaths(NSString* application) {
     if (lastDomain_ != nullptr &&
         (application == lastApplication_ || [application isEqualToString:lastApplication_])) {
       return &lastPaths_;
     }
     lastDomain_ = nullptr;
-    if (!PathsFor(application, &lastPaths_)) return nullptr;
+    if (!RVStorePathsFor(kind_, application, &lastPaths_)) return nullptr;
     [lastApplication_ release];
     lastApplication_ = [application copy];
     lastDomain_ = &domains_[lastPaths_.file];
     return &lastPaths_;
   }
 
-  bool PathsFor(NSString* application, Paths* p) const {
-    const char* utf8 = [application UTF8String];
-    p->name = utf8 != nullptr ? utf8 : "";
-    if (p->name.empty() || p->name == "." || p->name == ".." ||
-        p->name.find('/') != std::string::npos) {
-      return false;
-    }
-    p->dir = kind_.directory();
-    if (p->dir.empty()) return false;
-    p->file = p->dir + "/" + p->name + ".plist";
-    p->journal = p->file + ".journal";
-    p->imported = p->file + ".imported";
-    p->notTakenOver = p->file + ".gnustep-kept";
-    p->legacy.clear();
-    if (kind_.currentUser && !GNUstepUserDefaultsDirectory().empty()) {
-      p->legacy = GNUstepUserDefaultsDirectory() + "/" + p->name + ".plist";
-    }
-    return true;
-  }
 
   // GNUstep's file is read and the store has no file yet: the next write
   // takes it over.
-  static bool TakeoverDue(const Domain& d, const Paths& p) {
+  static bool TakeoverDue(const Domain& d, const RVStorePaths& p) {
     return d.legacyActive && d.legacy != nil && !d.file.exists;
   }
 
@@ -282,19 +196,19 @@ class Store {
   // missing) and held with a shared lock for as long as the process lives:
   // it is emptied only by a process that holds it alone. False when there
   // is none to use.
-  bool OpenJournal(Domain& d, const Paths& p, bool create) {
+  bool OpenJournal(Domain& d, const RVStorePaths& p, bool create) {
     if (d.journal >= 0) return true;
     if (create && !d.directoryReady) {
       d.directoryReady = RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser);
       if (!d.directoryReady) return false;
     }
-    unguarded_ = NoFileSizeLimit();
+    unguarded_ = RVNoFileSizeLimit();
     for (int attempt = 0; attempt < 4; ++attempt) {
       bool notRegular = false;
       int flags = O_RDWR | O_APPEND | (create ? O_CREAT : 0);
       d.journal = RVOpenRegularFile(p.journal, flags, kind_.fileMode, &notRegular);
       if (d.journal >= 0) {
-        Lock(d.journal, LOCK_SH);
+        RVLockFile(d.journal, LOCK_SH);
         struct stat info;
         if (fstat(d.journal, &info) == 0 && info.st_nlink > 0) {
           // A journal made since the files were read starts empty.
@@ -314,13 +228,9 @@ class Store {
     return false;
   }
 
-  static bool NoFileSizeLimit() {
-    struct rlimit limit;
-    return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur == RLIM_INFINITY;
-  }
 
   // Appends one record with one write.
-  bool Append(Domain& d, const Paths& p, const std::string& record) {
+  bool Append(Domain& d, const RVStorePaths& p, const std::string& record) {
     if (!OpenJournal(d, p, true)) return false;
     int error = RVWriteWholly(d.journal, record.data(), record.size(), !unguarded_);
     if (error != 0) {
@@ -335,7 +245,7 @@ class Store {
 
   // Appends the application's pending changes; folds instead while
   // GNUstep's file waits to be taken over.
-  bool Flush(Domain& d, const Paths& p, NSString* application) {
+  bool Flush(Domain& d, const RVStorePaths& p, NSString* application) {
     NSMutableDictionary* pending = [pending_ objectForKey:application];
     if ([pending count] == 0) return true;
     if (TakeoverDue(d, p)) return Fold(d, p, application);
@@ -352,7 +262,7 @@ class Store {
 
   // Brings d up to what the files hold now: a read of unchanged files costs
   // a stat or two; a grown journal is read from where reading stopped.
-  void Refresh(Domain& d, const Paths& p) {
+  void Refresh(Domain& d, const RVStorePaths& p) {
     RVFileStamp file = RVFileStamp::At(p.file);
     bool fresh = d.values != nil && file == d.file;
     if (fresh && kind_.currentUser && d.journal >= 0) {
@@ -371,7 +281,7 @@ class Store {
     if (kind_.currentUser) RefreshLegacy(d, p);
   }
 
-  void Reload(Domain& d, const Paths& p) {
+  void Reload(Domain& d, const RVStorePaths& p) {
     ++version_;
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     struct stat info;
@@ -405,7 +315,7 @@ class Store {
 
   // GNUstep's file is read until the store has a file of its own, and
   // after that only when it could not be taken over (marked beside it).
-  void RefreshLegacy(Domain& d, const Paths& p) {
+  void RefreshLegacy(Domain& d, const RVStorePaths& p) {
     bool active = !p.legacy.empty() &&
                   (!d.file.exists || RVFileStamp::At(p.notTakenOver).exists);
     RVFileStamp stamp = active ? RVFileStamp::At(p.legacy) : RVFileStamp();
@@ -421,17 +331,16 @@ class Store {
     [pool drain];
   }
 
-  bool Fold(Domain& d, const Paths& p, NSString* application);
-  void Retire(const Paths& p);
+  bool Fold(Domain& d, const RVStorePaths& p, NSString* application);
 
-  const Kind kind_;
+  const RVStoreKind kind_;
   bool unguarded_ = false;  // the process had no file-size limit when last asked
   std::mutex mutex_;
   NSMutableDictionary* pending_;  // application ID to its changes (key to value or Removed())
   unsigned long version_ = 1;
   std::map<std::string, Domain> domains_;  // by file path
   NSString* lastApplication_ = nil;
-  Paths lastPaths_;
+  RVStorePaths lastPaths_;
   Domain* lastDomain_ = nullptr;
 };
 
@@ -443,17 +352,17 @@ namespace {
 // it is now, GNUstep's file while it waits to be taken over, the journal
 // and the pending changes, merged key by key, replace the file whole; the
 // journal then starts again with only what the file could not take.
-bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
+bool Store::Fold(Domain& d, const RVStorePaths& p, NSString* application) {
   if (!RVMakeStoreDirectory(p.dir, kind_.directoryMode, kind_.currentUser)) return false;
-  DirectoryLock directory(p.dir);
+  RVDirectoryLock directory(p.dir);
   if (directory.fd() < 0) return false;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   // The journal can be emptied only by a process that holds it alone:
   // else the file takes in what it holds and it stays as it is.
   bool haveJournal = kind_.currentUser && OpenJournal(d, p, false);
   bool alone = haveJournal && flock(d.journal, LOCK_EX | LOCK_NB) == 0;
-  if (haveJournal && !alone) Lock(d.journal, LOCK_SH);
-  unguarded_ = NoFileSizeLimit();
+  if (haveJournal && !alone) RVLockFile(d.journal, LOCK_SH);
+  unguarded_ = RVNoFileSizeLimit();
 
   RVStoreMerge merge;
   RVFileStamp stamp;
@@ -505,29 +414,15 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
   if (written) {
     if (takingOver && !merge.legacyRefused) {
       unlink(p.notTakenOver.c_str());
-      Retire(p);
+      RVRetireGNUstepFile(p, kind_.fileMode);
     } else if (takingOver) {
       RVWriteFileAtomicallyInLockedDirectory(directory.fd(), p.name + ".plist.gnustep-kept", "", 0,
                                              static_cast<int>(kind_.fileMode));
     }
     // The changes the file took are done with: pending ones leave, and the
     // journal starts again with the others.
-    unsigned stuck = 0;
     std::string leftover;
-    for (NSString* key in changes) {
-      if ([merge.dropped containsObject:key]) {
-        if ([pending objectForKey:key] == nil) {
-          std::string record;
-          id change = [changes objectForKey:key];
-          if (RVJournalRecord(key, change == Removed() ? nil : change, &record)) {
-            leftover += record;
-            ++stuck;
-          }
-        }
-      } else {
-        [pending removeObjectForKey:key];
-      }
-    }
+    unsigned stuck = RVStoreLeftovers(merge, changes, pending, &leftover);
     off_t journalEnd = journalRead;
     if (alone && ftruncate(d.journal, 0) == 0) {
       journalEnd = RVWriteWholly(d.journal, leftover.data(), leftover.size(), !unguarded_) == 0
@@ -552,37 +447,16 @@ bool Store::Fold(Domain& d, const Paths& p, NSString* application) {
     RefreshLegacy(d, p);
     ++version_;
   }
-  if (alone) Lock(d.journal, LOCK_SH);
+  if (alone) RVLockFile(d.journal, LOCK_SH);
   [pool drain];
   return written;
 }
 
-// GNUstep's file, now in the store's own, moves beside it as
-// <name>.plist.imported: kept, out of GNUstep's sight, and no longer read,
-// so that a key removed from the store does not show through from it.
-// Where it cannot move, a copy goes there instead and the file is left.
-void Store::Retire(const Paths& p) {
-  if (rename(p.legacy.c_str(), p.imported.c_str()) == 0) return;
-  int error = errno;
-  std::string text;
-  bool notRegular = false;
-  int fd = RVOpenRegularFile(p.legacy, O_RDONLY, 0, &notRegular);
-  bool copied = fd >= 0 && RVReadWholeFile(fd, SIZE_MAX, &text) &&
-                RVWriteFileAtomically(p.imported.c_str(), text.data(), text.size(),
-                                      static_cast<int>(kind_.fileMode));
-  if (fd >= 0) close(fd);
-  NSLog(@"Rovani defaults: %s cannot be moved to %s (%s); %s", p.legacy.c_str(),
-        p.imported.c_str(), strerror(error),
-        copied ? "a copy is kept there and the file is no longer read"
-               : "it is still read");
-}
 
 Store& StoreFor(RVStore store) {
   // Never destroyed: nothing here may message Foundation during exit.
-  static const Kind kCurrentUser = {CurrentUserDirectory, 0600, 0700, true};
-  static const Kind kAllUsers = {AllUsersDirectory, 0644, 0755, false};
-  static Store* currentUser = new Store(kCurrentUser);
-  static Store* allUsers = new Store(kAllUsers);
+  static Store* currentUser = new Store(RVCurrentUserStoreKind());
+  static Store* allUsers = new Store(RVAllUsersStoreKind());
   return store == RVStore::kCurrentUser ? *currentUser : *allUsers;
 }
 

@@ -51,4 +51,10 @@ struct RVStoreMerge {
 // change the file could not be written.
 NSData* RVMergeStore(RVStoreMerge* merge);
 
+// After the merge was written: the changes it took leave pending; the
+// journal records of those it left out go to *records (answering how
+// many), for the journal to keep.
+unsigned RVStoreLeftovers(const RVStoreMerge& merge, NSDictionary* changes,
+                          NSMutableDictionary* pending, std::string* records);
+
 #endif

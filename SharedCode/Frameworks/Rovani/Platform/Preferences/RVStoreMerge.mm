@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "Platform/Preferences/RVDefaultsJournal.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
 
@@ -208,4 +209,22 @@ NSData* RVMergeStore(RVStoreMerge* merge) {
     }
   }
   return nil;
+}
+
+unsigned RVStoreLeftovers(const RVStoreMerge& merge, NSDictionary* changes,
+                          NSMutableDictionary* pending, std::string* records) {
+  unsigned stuck = 0;
+  for (NSString* key in changes) {
+    if (![merge.dropped containsObject:key]) {
+      [pending removeObjectForKey:key];
+    } else if ([pending objectForKey:key] == nil) {
+      id change = [changes objectForKey:key];
+      std::string record;
+      if (RVJournalRecord(key, change == merge.removed ? nil : change, &record)) {
+        records->append(record);
+        ++stuck;
+      }
+    }
+  }
+  return stuck;
 }
