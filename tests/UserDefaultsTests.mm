@@ -22,6 +22,7 @@
 #include <Rovani/RVDate.h>
 #include <Rovani/RVUserDefaults.h>
 
+#include "support/LogCapture.h"
 #include "support/TestSupport.h"
 
 // Foundation equality, with both sides described when it fails.
@@ -41,6 +42,23 @@ std::string ApplicationID() {
 
 NSDictionary* PlistAt(const std::string& path) {
   return [NSDictionary dictionaryWithContentsOfFile:[NSString stringWithUTF8String:path.c_str()]];
+}
+
+std::string Contents(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// The names in dir that begin with prefix.
+std::vector<std::string> EntriesStartingWith(const std::string& dir, const std::string& prefix) {
+  std::vector<std::string> names;
+  if (DIR* listing = opendir(dir.c_str())) {
+    while (struct dirent* entry = readdir(listing)) {
+      if (std::string(entry->d_name).rfind(prefix, 0) == 0) names.push_back(entry->d_name);
+    }
+    closedir(listing);
+  }
+  return names;
 }
 
 void WriteFile(const std::string& path, const std::string& text) {
@@ -71,24 +89,46 @@ class Workers {
 
   // Starts the worker, its output going to <scratch>/output; in the time
   // zone zone when one is given.
-  pid_t Start(std::vector<std::string> args, const std::string& zone = "") {
+  // With pipes given, the worker's stdin and stdout are their ends:
+  // *input to write to it, *output to read from it. Its log lines go to
+  // <scratch>/log.
+  pid_t Start(std::vector<std::string> args, const std::string& zone = "", int* input = nullptr,
+              int* fromWorker = nullptr) {
     args.insert(args.begin(), ROVANI_DEFAULTS_WORKER);
     std::vector<char*> argv;
     for (std::string& a : args) argv.push_back(&a[0]);
     argv.push_back(nullptr);
     const std::string config = scratch_.File("GNUstep.conf"), all = AllDir();
-    int output = open(scratch_.File("output").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    int in[2] = {-1, -1}, out[2] = {-1, -1};
+    if (input != nullptr && pipe2(in, O_CLOEXEC) != 0) return -1;
+    if (fromWorker != nullptr && pipe2(out, O_CLOEXEC) != 0) return -1;
+    int output = fromWorker != nullptr ? out[1]
+                                       : open(scratch_.File("output").c_str(),
+                                              O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    int log = open(scratch_.File("log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
     pid_t pid = fork();
     if (pid == 0) {
       setenv("GNUSTEP_CONFIG_FILE", config.c_str(), 1);
       setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", all.c_str(), 1);
       if (!zone.empty()) setenv("GNUSTEP_TZ", zone.c_str(), 1);
+      if (input != nullptr) dup2(in[0], STDIN_FILENO);
+      dup2(log, STDERR_FILENO);
       if (dup2(output, STDOUT_FILENO) >= 0) execv(argv[0], argv.data());
       _exit(127);
     }
     close(output);
+    close(log);
+    if (input != nullptr) {
+      close(in[0]);
+      *input = in[1];
+    }
+    if (fromWorker != nullptr) *fromWorker = out[0];
     return pid;
   }
+
+  // What the workers logged so far.
+  std::string Log() const { return Contents(scratch_.File("log")); }
+  std::string File(const std::string& name) const { return scratch_.File(name); }
 
   static int Wait(pid_t pid) {
     int status = 0;
@@ -102,8 +142,7 @@ class Workers {
           const std::string& zone = "") {
     int status = Wait(Start(args, zone));
     if (text != nullptr) {
-      std::ifstream output(scratch_.File("output"));
-      text->assign(std::istreambuf_iterator<char>(output), std::istreambuf_iterator<char>());
+      *text = Contents(scratch_.File("output"));
       if (!text->empty() && text->back() == '\n') text->pop_back();
     }
     return status;
@@ -178,6 +217,8 @@ TEST(UserDefaults, CurrentUserValuesReadBackAsSet) {
   EXPECT_STREQ([(NSNumber*)defaults.NumberForKey("exact.float").Ref() objCType], "f");
   EXPECT_EQ(defaults.DateForKey("exact.date").TimeIntervalSinceRefereceDate(), 90.25);
 
+  // Each set is in the store at once; a synchronise folds it into the file.
+  EXPECT_TRUE(defaults.Synchronize());
   NSString* root = GSDefaultsRootForUser(NSUserName());
   std::string file = std::string([root fileSystemRepresentation]) + "/Rovani/org.rovani.tests.exact.plist";
   NSDictionary* stored = PlistAt(file);
@@ -237,14 +278,21 @@ TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
   standard.SetObjectForKey(RVObject(), "pend.key");
   EXPECT_EQ(allUsers.ObjectForKey("pend.key"), nullptr);
 
-  // A value that is no property-list object holds everything back.
+  // A value that is no property-list object stays pending, named in a log
+  // line, and holds nothing else back.
   allUsers.SetObjectForKey(RVString("later"), "pend.kept");
   allUsers.SetObjectForKey(RVBool(true), "pend.bad");
-  EXPECT_FALSE(allUsers.Synchronize());
-  EXPECT_EQ([PlistAt(file) objectForKey:@"pend.kept"], nil);
+  {
+    LogCapture log;
+    EXPECT_FALSE(allUsers.Synchronize());
+    EXPECT_EQ(log.Lines().size(), 1u);
+    EXPECT_NE(log.Lines().at(0).find("pend.bad"), std::string::npos);
+  }
+  EXPECT_NSEQ([PlistAt(file) objectForKey:@"pend.kept"], @"later");
   allUsers.SetObjectForKey(RVObject(), "pend.bad");
+  allUsers.SetObjectForKey(RVString("later"), "pend.kept");
 
-  // So does a directory that cannot be made.
+  // A directory that cannot be made keeps everything pending.
   WriteFile(scratch.File("plain"), "a file");
   UseAllUsersDirectory(scratch.File("plain/defaults"));
   EXPECT_FALSE(allUsers.Synchronize());
@@ -254,23 +302,96 @@ TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
   EXPECT_EQ(Text(allUsers.StringForKey("pend.kept")), "later");
 }
 
-TEST(UserDefaults, DamagedAllUsersFileReadsAsNoValuesAndIsReplaced) {
+// What is at a store's path and holds no dictionary (cut short, not a
+// property list, another kind of list, a FIFO, a directory, a link) is
+// read as no values without blocking or following it, and is moved aside,
+// named in one log line, before a new file is written.
+TEST(UserDefaults, DamagedOrOddStoreFilesAreKeptAside) {
   const std::string xml =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
       "<key>damaged.key</key><string>lost</string></dict></plist>";
-  const std::string damaged[] = {"", xml.substr(0, xml.size() / 2 + 20), "\x01\x02\xff garbage",
-                                 "\"just a string\""};
+  const std::string damaged[] = {xml.substr(0, xml.size() / 2 + 20), "\x01\x02\xff garbage",
+                                 "\"just a string\"", "fifo", "directory", "link"};
   RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
   for (const std::string& contents : damaged) {
     ScratchDir scratch;
     UseAllUsersDirectory(scratch.Path());
     std::string file = scratch.File(ApplicationID() + ".plist");
-    WriteFile(file, contents);
-    EXPECT_EQ(allUsers.ObjectForKey("damaged.key"), nullptr);
+    if (contents == "fifo") {
+      ASSERT_EQ(mkfifo(file.c_str(), 0644), 0);
+    } else if (contents == "directory") {
+      ASSERT_EQ(mkdir(file.c_str(), 0755), 0);
+    } else if (contents == "link") {
+      WriteFile(scratch.File("target"), xml);
+      ASSERT_EQ(symlink(scratch.File("target").c_str(), file.c_str()), 0);
+    } else {
+      WriteFile(file, contents);
+    }
+    EXPECT_EQ(allUsers.ObjectForKey("damaged.key"), nullptr) << contents;
     allUsers.SetObjectForKey(RVString("fresh"), "damaged.after");
-    EXPECT_TRUE(allUsers.Synchronize());
+    LogCapture log;
+    EXPECT_TRUE(allUsers.Synchronize()) << contents;
     EXPECT_NSEQ(PlistAt(file), @{@"damaged.after" : @"fresh"});
+    std::vector<std::string> aside = EntriesStartingWith(scratch.Path(), ApplicationID() + ".plist.damaged-");
+    ASSERT_EQ(aside.size(), 1u) << contents;
+    if (contents.size() > 9) EXPECT_EQ(Contents(scratch.File(aside[0])), contents);
+    if (contents == "link") EXPECT_EQ(Contents(scratch.File("target")), xml);
+    ASSERT_EQ(log.Lines().size(), 1u) << contents;
+    EXPECT_NE(log.Lines()[0].find(aside[0]), std::string::npos) << log.Lines()[0];
+    allUsers.SetObjectForKey(RVObject(), "damaged.after");
   }
+}
+
+// A value the file holds that the writer cannot write again (a raw U+FFFE
+// as Python's plistlib writes it, a date in year 0) is kept as written,
+// and every later change reaches the file.
+TEST(UserDefaults, ValuesTheWriterRefusesAreKeptAsWritten) {
+  ScratchDir scratch;
+  UseAllUsersDirectory(scratch.Path());
+  std::string file = scratch.File(ApplicationID() + ".plist");
+  const std::string odd = "<key>odd.char</key><string>a\xEF\xBF\xBE" "b</string>"
+                          "<key>odd.date</key><date>0000-01-01T00:00:00Z</date>";
+  WriteFile(file, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + odd +
+                      "<key>odd.plain</key><string>p</string></dict></plist>");
+  RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
+  for (const char* value : {"first", "second"}) {
+    allUsers.SetObjectForKey(RVString(value), "odd.new");
+    EXPECT_TRUE(allUsers.Synchronize());
+    std::string text = Contents(file);
+    EXPECT_NE(text.find("<string>a\xEF\xBF\xBE" "b</string>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<date>0000-01-01T00:00:00Z</date>"), std::string::npos) << text;
+    EXPECT_NE(text.find(std::string("<string>") + value + "</string>"), std::string::npos) << text;
+  }
+  EXPECT_EQ(Text(allUsers.StringForKey("odd.plain")), "p");
+}
+
+// Two applications' stores in one process: neither reads the other's
+// values, and only the program's own is published to the defaults GNUstep
+// shares, whose answers are its values.
+TEST(UserDefaults, ApplicationsReadOnlyTheirOwnValues) {
+  RVUserDefaults a("org.example.a", false), b("org.example.b", false);
+  RVUserDefaults own = RVUserDefaults::StandardUserDefaults();
+  b.SetObjectForKey(RVString("b's"), "isolated.only.b");
+  b.SetObjectForKey(RVString("b's"), "isolated.shared");
+  a.SetObjectForKey(RVString("a's"), "isolated.shared");
+  own.SetObjectForKey(RVString("own"), "isolated.own");
+  EXPECT_EQ(a.ObjectForKey("isolated.only.b"), nullptr);
+  EXPECT_EQ(a.ObjectForKey("isolated.own"), nullptr);
+  a.SetObjectForKey(RVObject(), "isolated.shared");
+  EXPECT_EQ(a.ObjectForKey("isolated.shared"), nullptr);
+  EXPECT_EQ(Text(b.StringForKey("isolated.shared")), "b's");
+  EXPECT_EQ(own.ObjectForKey("isolated.shared"), nullptr);
+
+  NSUserDefaults* standard = [NSUserDefaults standardUserDefaults];
+  for (NSString* domain in [standard searchList]) {
+    EXPECT_FALSE([domain hasPrefix:@"Rovani/org.example."]) << [domain UTF8String];
+  }
+  RVObject* read = own.ObjectForKey("isolated.own");
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->Ref(), [standard objectForKey:@"isolated.own"]);
+  delete read;
+  for (const char* key : {"isolated.only.b", "isolated.shared"}) b.SetObjectForKey(RVObject(), key);
+  own.SetObjectForKey(RVObject(), "isolated.own");
 }
 
 // Eight processes synchronise keys of their own one at a time while a
@@ -371,4 +492,148 @@ TEST(UserDefaults, NamedDomainAndItsWholeContents) {
   everyone.RemoveObjectForKey("only.machine");
   EXPECT_TRUE(everyone.Synchronize());
   EXPECT_EQ(mine.DictionaryRepresentation().Count(), 0u);
+}
+
+// GNUstep's file for an application: whatever its reader accepts is kept
+// by the takeover; what the library cannot write keeps the file where it
+// is, still read, with a log line.
+TEST(UserDefaultsProcesses, TakeoverKeepsEverythingGNUstepKept) {
+  const std::string head =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+      "<key>plain</key><string>kept</string><key>answer</key><string>42</string><key>odd</key>";
+  std::string deep, many = "<array>";
+  for (int i = 0; i < 300; ++i) deep += "<array>";
+  deep += "<string>bottom</string>";
+  for (int i = 0; i < 300; ++i) deep += "</array>";
+  for (int i = 0; i < 1000000; ++i) many += "<integer>7</integer>";
+  many += "</array>";
+  for (const std::string* odd : {&deep, &many}) {
+    Workers workers;
+    mkdir(workers.UserDir().c_str(), 0700);
+    std::string gnustepFile = workers.UserDir() + "/org.example.gs.plist";
+    WriteFile(gnustepFile, head + *odd + "</dict></plist>");
+    std::string output;
+    EXPECT_EQ(workers.Run({"set", "org.example.gs", "new", "value"}, &output), 0);
+    EXPECT_EQ(workers.Run({"get", "org.example.gs", "plain", "answer", "new"}, &output), 0);
+    EXPECT_EQ(output, "kept\n42\nvalue");
+    if (odd == &deep) {
+      EXPECT_EQ(access(gnustepFile.c_str(), F_OK), 0);
+      EXPECT_NE(workers.Log().find(gnustepFile), std::string::npos) << workers.Log();
+    } else {
+      EXPECT_NE(access(gnustepFile.c_str(), F_OK), 0);
+      RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(
+          (workers.UserDir() + "/Rovani/org.example.gs.plist").c_str());
+      EXPECT_EQ(stored.ArrayForKey("odd").Count(), 1000000u);
+    }
+  }
+}
+
+// GNUstep's file cannot be moved away after the takeover: a key removed
+// afterwards stays removed, in a new process and in one that was already
+// running (its GNUstep has the file's values in memory).
+TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
+  Workers workers;
+  std::string own = "rovani_defaults_worker", store = workers.UserDir() + "/Rovani";
+  ASSERT_EQ(mkdir(workers.UserDir().c_str(), 0700), 0);
+  ASSERT_EQ(mkdir(store.c_str(), 0700), 0);
+  // Where it would move is taken by a directory that is not empty.
+  ASSERT_EQ(mkdir((store + "/" + own + ".plist.imported").c_str(), 0700), 0);
+  WriteFile(store + "/" + own + ".plist.imported/other", "x");
+  std::string gnustepFile = workers.UserDir() + "/" + own + ".plist";
+  WriteFile(gnustepFile, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+                         "<key>kept</key><string>old</string><key>dropped</key><string>soon</string>"
+                         "</dict></plist>");
+  int input = -1, fromWorker = -1;
+  pid_t running = workers.Start({"get", own, "--wait", "dropped"}, "", &input, &fromWorker);
+  FILE* lines = fdopen(fromWorker, "r");
+  char line[64] = "";
+  ASSERT_NE(fgets(line, sizeof line, lines), nullptr);
+  EXPECT_STREQ(line, "soon\n");
+
+  std::string output;
+  EXPECT_EQ(workers.Run({"set", own, "dropped", "-"}, &output), 0);
+  EXPECT_EQ(output, "1");
+  EXPECT_EQ(access(gnustepFile.c_str(), F_OK), 0);
+  EXPECT_EQ(workers.Run({"get", own, "dropped", "kept"}, &output), 0);
+  EXPECT_EQ(output, "<none>\nold");
+  ASSERT_EQ(write(input, "\n", 1), 1);
+  ASSERT_NE(fgets(line, sizeof line, lines), nullptr);
+  EXPECT_STREQ(line, "<none>\n");
+  close(input);
+  fclose(lines);
+  EXPECT_EQ(Workers::Wait(running), 0);
+}
+
+// Two values each within the file's bound but together over it: one stays
+// pending (Synchronize answers false and a log line names it) and every
+// other change reaches the file.
+TEST(UserDefaultsProcesses, AChangeTheFileCannotTakeHoldsNoOtherBack) {
+  Workers workers;
+  std::string output;
+  EXPECT_EQ(workers.Run({"big", "org.example.big", "33", "big1", "big2"}, &output), 0);
+  EXPECT_EQ(output, "0");
+  EXPECT_NE(workers.Log().find("the change to big"), std::string::npos) << workers.Log();
+  RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(
+      (workers.UserDir() + "/Rovani/org.example.big.plist").c_str());
+  EXPECT_EQ(Text(stored.StringForKey("small")), "yes");
+  EXPECT_EQ(stored.StringForKey("big1").Length() + stored.StringForKey("big2").Length(),
+            33u << 20);
+  EXPECT_EQ(workers.Run({"set", "org.example.big", "later", "too"}, &output), 0);
+  EXPECT_EQ(workers.Run({"get", "org.example.big", "later"}, &output), 0);
+  EXPECT_EQ(output, "too");
+  stored = RVDictionary::DictionaryWithContentsOfFile(
+      (workers.UserDir() + "/Rovani/org.example.big.plist").c_str());
+  EXPECT_EQ(Text(stored.StringForKey("later")), "too");
+}
+
+// Writes past the file-size limit fail (EFBIG): the process lives on
+// (no SIGXFSZ), Synchronize answers false and the files stay as they were.
+TEST(UserDefaultsProcesses, AFullDiskLeavesTheFilesAsTheyWere) {
+  Workers workers;
+  std::string output;
+  EXPECT_EQ(workers.Run({"set", "org.example.full", "first", "value"}, &output), 0);
+  EXPECT_EQ(output, "1");
+  std::string file = workers.UserDir() + "/Rovani/org.example.full.plist";
+  std::string before = Contents(file);
+  EXPECT_EQ(workers.Run({"limit", "2048", "big", "org.example.full", "1", "huge"}, &output), 0);
+  EXPECT_EQ(output, "0");
+  EXPECT_EQ(Contents(file), before);
+  EXPECT_EQ(workers.Run({"get", "org.example.full", "first", "huge"}, &output), 0);
+  EXPECT_EQ(output, "value\n<none>");
+
+  EXPECT_EQ(workers.Run({"keys", "0", "50"}), 0);
+  before = Contents(workers.AllUsersFile());
+  EXPECT_EQ(workers.Run({"limit", "1024", "keys", "50", "1"}), 1);
+  EXPECT_EQ(Contents(workers.AllUsersFile()), before);
+}
+
+// Every set that returned outlives kill -9 of its process and is read by
+// the next one; the file stays a property list Python reads. The user's
+// store directory, left writable by others, is tightened.
+TEST(UserDefaultsProcesses, SetsThatReturnedOutliveKill9) {
+  Workers workers;
+  std::string store = workers.UserDir() + "/Rovani";
+  ASSERT_EQ(mkdir(workers.UserDir().c_str(), 0700), 0);
+  ASSERT_EQ(mkdir(store.c_str(), 0700), 0);
+  ASSERT_EQ(chmod(store.c_str(), 0777), 0);
+  int fromWorker = -1;
+  pid_t pid = workers.Start({"setloop", "org.example.kill"}, "", nullptr, &fromWorker);
+  FILE* lines = fdopen(fromWorker, "r");
+  int last = -1;
+  char line[32];
+  // Past the first fold of the journal (at 1 MB).
+  while (last < 12000 && fgets(line, sizeof line, lines) != nullptr) last = std::atoi(line);
+  kill(pid, SIGKILL);
+  Workers::Wait(pid);
+  fclose(lines);
+  ASSERT_GE(last, 12000);
+  EXPECT_EQ(Mode(store), 0700u);
+  std::string output;
+  std::string lastKey = "key" + std::to_string(last);
+  EXPECT_EQ(workers.Run({"get", "org.example.kill", "key0", "key9000", lastKey}, &output), 0);
+  EXPECT_EQ(output, "value0\nvalue9000\nvalue" + std::to_string(last));
+  std::string check = "python3 -c \"import plistlib,sys; "
+                      "sys.exit(0 if isinstance(plistlib.load(open(sys.argv[1],'rb')), dict) else 1)\" " +
+                      store + "/org.example.kill.plist";
+  EXPECT_EQ(std::system(check.c_str()), 0);
 }

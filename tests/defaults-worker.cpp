@@ -15,13 +15,28 @@
 //                          see it (dates to the second)
 //   touch user|all         stores one more key, so that the file is
 //                          rewritten by this process
+//   set <app> <key> <value> sets key in app's current user store ("-" as
+//                          the value removes it); prints the answer of a
+//                          Synchronize that follows
+//   get <app> <key>...     prints each key's string value in app's current
+//                          user store, or "<none>"; with "--wait" before
+//                          the keys, reads them again after a line on stdin
+//   big <app> <MB> <key>... sets each key to a text of MB megabytes, then
+//                          "small" to "yes"; prints Synchronize's answer
+//   setloop <app>          sets key<i> = "value<i>" for i = 0, 1, ... and
+//                          prints i after each set has returned, forever
+//   limit <bytes> <command...> runs the command with the file-size limit
+//                          set to bytes
 //   watch <count>          reads the all-users file until it holds count
 //                          keys; exits 1 as soon as a read of the file, once
 //                          it exists, gives no dictionary or fewer keys than
 //                          the read before
 #include <Rovani/Rovani.h>
 
+#include <sys/resource.h>
 #include <unistd.h>
+
+#include <iostream>
 
 #include <cfloat>
 #include <climits>
@@ -109,8 +124,54 @@ int PutOrCheck(bool put, const std::string& store) {
 
 int main(int argc, char** argv) {
   RVAutoreleasePool pool;
+  setvbuf(stdout, nullptr, _IONBF, 0);
+  if (argc > 3 && std::string(argv[1]) == "limit") {
+    struct rlimit limit = {std::strtoul(argv[2], nullptr, 10), RLIM_INFINITY};
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 3;
+    argv += 2;
+    argc -= 2;
+  }
   if (argc < 2) return 2;
   std::string command = argv[1];
+  if (command == "set" && argc == 5) {
+    RVUserDefaults defaults(RVString(argv[2]), false);
+    if (std::string(argv[4]) == "-") defaults.SetObjectForKey(RVObject(), RVString(argv[3]));
+    else defaults.SetObjectForKey(RVString(argv[4]), RVString(argv[3]));
+    std::printf("%d\n", defaults.Synchronize() ? 1 : 0);
+    return 0;
+  }
+  if (command == "get" && argc >= 4) {
+    RVUserDefaults defaults(RVString(argv[2]), false);
+    bool wait = std::string(argv[3]) == "--wait";
+    for (int round = 0; round < (wait ? 2 : 1); ++round) {
+      if (round == 1) {
+        std::string line;
+        std::getline(std::cin, line);
+      }
+      for (int i = wait ? 4 : 3; i < argc; ++i) {
+        RVString value = defaults.StringForKey(RVString(argv[i]));
+        std::printf("%s\n", value.IsEmpty() ? "<none>" : Text(value).c_str());
+      }
+    }
+    return 0;
+  }
+  if (command == "big" && argc >= 5) {
+    RVUserDefaults defaults(RVString(argv[2]), false);
+    std::string text(std::strtoul(argv[3], nullptr, 10) << 20, 'x');
+    for (int i = 4; i < argc; ++i) defaults.SetObjectForKey(RVString(text.c_str()), RVString(argv[i]));
+    defaults.SetObjectForKey(RVString("yes"), "small");
+    std::printf("%d\n", defaults.Synchronize() ? 1 : 0);
+    return 0;
+  }
+  if (command == "setloop" && argc == 3) {
+    RVUserDefaults defaults(RVString(argv[2]), false);
+    for (int i = 0;; ++i) {
+      RVAutoreleasePool each;
+      std::string n = std::to_string(i);
+      defaults.SetObjectForKey(RVString(("value" + n).c_str()), RVString(("key" + n).c_str()));
+      std::printf("%d\n", i);
+    }
+  }
   RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
 
   if (command == "keys" && argc == 4) {

@@ -37,8 +37,9 @@ constexpr int kRVAtomicFileKeepMode = -1;
 
 // Replaces the file at path with length bytes. A given mode (0644, say) is
 // the file's mode whether it is new or replaces one. False when the
-// directory cannot be written or the target is a directory; the target is
-// then untouched and nothing is left behind.
+// directory cannot be written, the target is a directory or the bytes do not
+// fit (a full disk, the file-size limit, a read-only filesystem); the target
+// is then untouched and nothing is left behind.
 bool RVWriteFileAtomically(const char* path, const void* bytes, size_t length,
                            int mode = kRVAtomicFileKeepMode);
 
@@ -46,6 +47,14 @@ bool RVWriteFileAtomically(const char* path, const void* bytes, size_t length,
 // already holds exclusively (so the write takes no lock of its own).
 bool RVWriteFileAtomicallyInLockedDirectory(int dirFD, const std::string& name, const void* bytes,
                                             size_t length, int mode = kRVAtomicFileKeepMode);
+
+// Writes all length bytes to fd: 0, or the error that stopped it (ENOSPC,
+// EFBIG past the file-size limit, ...), some bytes perhaps written. A write
+// past the file-size limit answers EFBIG and never ends the process with
+// SIGXFSZ. Every write of the functions above goes through it. A caller
+// that knows the process has no file-size limit may pass false for
+// guarded, saving the two system calls that hold the signal back.
+int RVWriteWholly(int fd, const void* bytes, size_t length, bool guarded = true);
 
 // The side name of name.
 std::string RVAtomicFileSideName(const std::string& name);

@@ -8,6 +8,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <pthread.h>
+#include <signal.h>
+#include <time.h>
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -15,17 +19,7 @@
 namespace {
 
 bool WriteAll(int fd, const void* bytes, size_t length) {
-  const char* at = static_cast<const char*>(bytes);
-  while (length > 0) {
-    ssize_t written = write(fd, at, length);
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    at += written;
-    length -= static_cast<size_t>(written);
-  }
-  return true;
+  return RVWriteWholly(fd, bytes, length) == 0;
 }
 
 // Holds an exclusive flock on a directory for as long as it lives; holds
@@ -148,6 +142,35 @@ bool WriteInDirectory(int dirFD, const std::string& name, const void* bytes, siz
 }
 
 }  // namespace
+
+int RVWriteWholly(int fd, const void* bytes, size_t length, bool guarded) {
+  // A write past the process's file-size limit raises SIGXFSZ, which ends
+  // the process unless it is held back: it is blocked on this thread for
+  // the write, and the one a failed write raised is taken off again.
+  sigset_t xfsz, old;
+  sigemptyset(&xfsz);
+  sigaddset(&xfsz, SIGXFSZ);
+  if (guarded) pthread_sigmask(SIG_BLOCK, &xfsz, &old);
+  const char* at = static_cast<const char*>(bytes);
+  int error = 0;
+  while (length > 0) {
+    ssize_t written = write(fd, at, length);
+    if (written < 0) {
+      if (errno == EINTR) continue;
+      error = errno;
+      break;
+    }
+    at += written;
+    length -= static_cast<size_t>(written);
+  }
+  if (error == EFBIG && guarded) {
+    const struct timespec now = {0, 0};
+    while (sigtimedwait(&xfsz, nullptr, &now) < 0 && errno == EINTR) {
+    }
+  }
+  if (guarded) pthread_sigmask(SIG_SETMASK, &old, nullptr);
+  return error;
+}
 
 std::string RVAtomicFileSideName(const std::string& name) {
   std::string side = "." + name + ".rv-tmp";

@@ -1,23 +1,14 @@
 // Preferences in the Core Foundation manner, on top of GNUstep. Private:
 // hidden symbols, never installed.
 //
-// Two stores, each one XML property list per application,
-// <dir>/<application id>.plist, read and written only by the library's own
-// reader and writer, so that every value comes back as it was stored:
-// - the current user's, for any host: <dir> is Rovani/ inside GNUstep's
-//   user defaults directory (GNUSTEP_USER_DEFAULTS_DIR of its
-//   configuration, else ~/GNUstep/Defaults), files 0600, directories 0700.
-//   GNUstep only reads and rewrites the *.plist files directly in its
-//   directory, so it never touches these. Values that GNUstep itself kept
-//   for the application in <its dir>/<application id>.plist are read (by
-//   the library's reader) until the store has a file of its own; the first
-//   write takes them over and moves GNUstep's file to
-//   <dir>/<application id>.plist.imported.
-// - every user's, for this host: <dir> is $ROVANI_ALL_USERS_DEFAULTS_DIR
-//   when set and not empty, and /var/lib/rovani/defaults otherwise; files
-//   0644, directories 0755. Linux has no machine-wide store of its own.
-// Both are written the same way (CFPreferencesSynchronize below) and keep
-// the last version read of each file, read again when the file changed.
+// Two stores, each one XML property list per application, read and
+// written only by the library's own reader and writer, so that every value
+// comes back as it was stored (RVDefaultsStore.h): the current user's, for
+// any host, whose sets are durable at once through a journal beside the
+// file; and every user's, for this host, whose changes wait in the process
+// for a synchronise. Reads of the running program's own application go
+// through GNUstep's standard defaults; another application's store is read
+// directly and never published (RVStandardDefaults.h).
 //
 // An empty (or null) application ID stands for the running process's own
 // GNUstep application domain, its process name, in both stores.
@@ -38,11 +29,12 @@ extern const CFStringRef kCFPreferencesCurrentUser;
 extern const CFStringRef kCFPreferencesAnyHost;
 extern const CFStringRef kCFPreferencesCurrentHost;
 
-// Sets (or with a null value removes) key for the current user, any host,
-// and writes the store at once. A value that is not a property-list object,
-// or that the writer refuses, is ignored; a change that cannot be written
-// (the directory cannot be made or written) stays pending, seen by this
-// process, and is written with the next one.
+// Sets (or with a null value removes) key for the current user, any host:
+// written to the store's journal before it returns. A value that is not a
+// property-list object, or that the writer refuses, is ignored; a change
+// that cannot be written (the directory cannot be made or written, a full
+// disk) stays pending, seen by this process, and is tried again with the
+// next change or synchronise.
 void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef applicationID);
 
 // Sets (or with a null value removes) key. For any user and the current
@@ -53,29 +45,26 @@ void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef
                            CFStringRef userName, CFStringRef hostName);
 
 // Writes the store's pending changes for the application (either store:
-// any user and the current host, or the current user and any host). Takes
-// an exclusive lock on the store's directory, re-reads the application's
-// file, merges the pending changes key by key, writes the result to an
-// unnamed file in the same directory, flushes it and puts it in place of
-// the old file, then unlocks (see RVAtomicFile.h). A crash leaves the old
+// any user and the current host, or the current user and any host) and
+// folds the current user's journal into its file: under an exclusive lock
+// on the store's directory, the file as it is now is merged key by key with
+// the changes and replaced whole (RVAtomicFile.h). A crash leaves the old
 // file or the new one, never a torn one, and processes that synchronise
-// different keys lose none. File and directory modes are the store's
-// (above), whatever the umask.
-// Answers false, leaving the file untouched and the changes pending, when
-// the directory cannot be made or written or a pending value is not a
-// property-list object or is refused by the writer. With nothing pending
-// it answers true and writes nothing.
+// different keys lose none. File and directory modes are the store's,
+// whatever the umask. Synchronising every user's store also retries the
+// current user's changes that could not be written.
+// Answers false, the file untouched and the changes pending, when the
+// directory cannot be made or written or the disk is full; false too while
+// a change the file cannot take stays pending (named in a log line): the
+// other changes are written. With nothing pending it answers true.
 Boolean CFPreferencesSynchronize(CFStringRef applicationID, CFStringRef userName,
                                  CFStringRef hostName);
 
 // The value for key as the application sees it (+1, or null): the
 // standard user defaults first (the process's arguments, then the current
-// user's value for the application, then the rest of GNUstep's search
-// list), then every user's value for this host, pending changes included.
-// The current user's values reach the standard defaults as a volatile
-// domain, "Rovani/<application id>", placed right after the arguments and
-// published again whenever the store's file or changes differ from what
-// it holds.
+// user's value for the application, then GNUstep's global and registration
+// domains), then every user's value for this host, pending changes
+// included. Only the application's own store is ever consulted.
 // A file that is missing, empty or not a property-list dictionary holds no
 // values.
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applicationID);
