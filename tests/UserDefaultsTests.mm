@@ -565,13 +565,13 @@ TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
 }
 
 // Two values each within the file's bound but together over it: one stays
-// pending (Synchronize answers false and a log line names it) and every
-// other change reaches the file.
+// pending (a log line names it) and every other change reaches the file.
+// Synchronize answers for every user's store, which has nothing pending.
 TEST(UserDefaultsProcesses, AChangeTheFileCannotTakeHoldsNoOtherBack) {
   Workers workers;
   std::string output;
   EXPECT_EQ(workers.Run({"big", "org.example.big", "33", "big1", "big2"}, &output), 0);
-  EXPECT_EQ(output, "0");
+  EXPECT_EQ(output, "1");
   EXPECT_NE(workers.Log().find("the change to big"), std::string::npos) << workers.Log();
   RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(
       (workers.UserDir() + "/Rovani/org.example.big.plist").c_str());
@@ -587,7 +587,9 @@ TEST(UserDefaultsProcesses, AChangeTheFileCannotTakeHoldsNoOtherBack) {
 }
 
 // Writes past the file-size limit fail (EFBIG): the process lives on
-// (no SIGXFSZ), Synchronize answers false and the files stay as they were.
+// (no SIGXFSZ) and the files stay as they were; for every user's store,
+// Synchronize answers false. (For the current user's, it answers for every
+// user's store, which has nothing pending.)
 TEST(UserDefaultsProcesses, AFullDiskLeavesTheFilesAsTheyWere) {
   Workers workers;
   std::string output;
@@ -596,7 +598,7 @@ TEST(UserDefaultsProcesses, AFullDiskLeavesTheFilesAsTheyWere) {
   std::string file = workers.UserDir() + "/Rovani/org.example.full.plist";
   std::string before = Contents(file);
   EXPECT_EQ(workers.Run({"limit", "2048", "big", "org.example.full", "1", "huge"}, &output), 0);
-  EXPECT_EQ(output, "0");
+  EXPECT_EQ(output, "1");
   EXPECT_EQ(Contents(file), before);
   EXPECT_EQ(workers.Run({"get", "org.example.full", "first", "huge"}, &output), 0);
   EXPECT_EQ(output, "value\n<none>");

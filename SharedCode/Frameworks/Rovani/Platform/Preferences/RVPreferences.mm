@@ -49,10 +49,12 @@ Boolean CFPreferencesSynchronize(CFStringRef applicationID, CFStringRef userName
                                  CFStringRef hostName) {
   NSString* application = ResolvedApplicationID(applicationID);
   if (IsAllUsers(userName, hostName)) {
-    // The current user's changes were written as they were made; any that
-    // could not be are tried again here and make the answer false.
+    // The answer is every user's store's alone. The current user's changes
+    // reached its journal as they were made; folding the journal into the
+    // file here changes no value, and lets other tools read the file whole.
     bool allUsers = RVStoreSynchronize(RVStore::kAllUsers, application);
-    return RVStoreSynchronize(RVStore::kCurrentUser, application) && allUsers;
+    RVStoreSynchronize(RVStore::kCurrentUser, application);
+    return allUsers;
   }
   if (IsCurrentUser(userName, hostName)) {
     return RVStoreSynchronize(RVStore::kCurrentUser, application);
