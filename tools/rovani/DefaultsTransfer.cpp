@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "KeyPath.h"
+#include "Platform/Preferences/RVAllUsersDirectory.h"
 
 namespace cli {
 
@@ -45,10 +46,7 @@ Transfer ParseTransfer(const Words& args) {
 
 }  // namespace
 
-std::string AllUsersDirectory() {
-  const char* configured = std::getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
-  return configured != nullptr && configured[0] != '\0' ? configured : "/var/lib/rovani/defaults";
-}
+std::string AllUsersDirectory() { return RVAllUsersDefaultsDirectory(); }
 
 void CheckDomainName(const std::string& name) {
   if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {

@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include "Platform/Files/RVAtomicFile.h"
+#include "Platform/Files/RVWriteAll.h"
 
 #include <fcntl.h>
 #include <limits.h>
@@ -151,18 +152,7 @@ int RVWriteWholly(int fd, const void* bytes, size_t length, bool guarded) {
   sigemptyset(&xfsz);
   sigaddset(&xfsz, SIGXFSZ);
   if (guarded) pthread_sigmask(SIG_BLOCK, &xfsz, &old);
-  const char* at = static_cast<const char*>(bytes);
-  int error = 0;
-  while (length > 0) {
-    ssize_t written = write(fd, at, length);
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      error = errno;
-      break;
-    }
-    at += written;
-    length -= static_cast<size_t>(written);
-  }
+  int error = RVWriteAll(fd, bytes, length) ? 0 : errno;
   if (error == EFBIG && guarded) {
     const struct timespec now = {0, 0};
     while (sigtimedwait(&xfsz, nullptr, &now) < 0 && errno == EINTR) {

@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include "Platform/Preferences/RVStorePaths.h"
+#include "Platform/Preferences/RVAllUsersDirectory.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -18,12 +19,6 @@
 
 namespace {
 
-const char kDefaultAllUsersDirectory[] = "/var/lib/rovani/defaults";
-
-std::string AllUsersDirectory() {
-  const char* configured = getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
-  return configured != nullptr && configured[0] != '\0' ? configured : kDefaultAllUsersDirectory;
-}
 
 // GNUstep's user defaults directory; empty when there is none. GNUstep
 // reads its configuration once, at start-up, so this is asked once.
@@ -54,7 +49,7 @@ const RVStoreKind& RVCurrentUserStoreKind() {
 }
 
 const RVStoreKind& RVAllUsersStoreKind() {
-  static const RVStoreKind kind = {AllUsersDirectory, 0644, 0755, false};
+  static const RVStoreKind kind = {RVAllUsersDefaultsDirectory, 0644, 0755, false};
   return kind;
 }
 
