@@ -12,18 +12,39 @@
 #include "Platform/PropertyLists/RVPropertyListRules.h"
 #include "Platform/Text/RVUTF8.h"
 
-RVPropertyListClasses::RVPropertyListClasses()
-    : string_([NSString class]),
-      number_([NSNumber class]),
-      decimal_([NSDecimalNumber class]),
-      platformBool_(object_getClass([NSNumber numberWithBool:YES])),
+namespace {
+
+// The classes a property list holds never change: they are looked up once,
+// not at every write (a write of one small value costs less than the look-ups).
+struct KnownClasses {
+  Class string, number, decimal, platformBool, libraryBool, date, data, dictionary, array, null;
+};
+
+const KnownClasses& Known() {
+  static const KnownClasses known = {
+      [NSString class], [NSNumber class], [NSDecimalNumber class],
+      object_getClass([NSNumber numberWithBool:YES]),
       // Nil in a program that links the writers without the library.
-      libraryBool_(objc_lookUpClass("BoolNumber")),
-      date_([NSDate class]),
-      data_([NSData class]),
-      dictionary_([NSDictionary class]),
-      array_([NSArray class]),
-      null_([NSNull class]) {}
+      objc_lookUpClass("BoolNumber"),
+      [NSDate class], [NSData class], [NSDictionary class], [NSArray class], [NSNull class]};
+  return known;
+}
+
+}  // namespace
+
+RVPropertyListClasses::RVPropertyListClasses() {
+  const KnownClasses& known = Known();
+  string_ = known.string;
+  number_ = known.number;
+  decimal_ = known.decimal;
+  platformBool_ = known.platformBool;
+  libraryBool_ = known.libraryBool;
+  date_ = known.date;
+  data_ = known.data;
+  dictionary_ = known.dictionary;
+  array_ = known.array;
+  null_ = known.null;
+}
 
 void RVPropertyListClasses::Learn(id object, Class cls, RVPlistClassInfo* info) {
   *info = RVPlistClassInfo();

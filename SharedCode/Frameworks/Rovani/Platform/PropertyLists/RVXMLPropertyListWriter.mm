@@ -48,7 +48,7 @@ class Buffer {
   char* Reserve(size_t more) {
     if (capacity_ - size_ >= more) return data_ + size_;
     if (size_ + more > kRVPropertyListMaxBytes + kTextRun * 8) return nullptr;
-    size_t capacity = std::max({capacity_ * 2, size_ + more, size_t{1} << 16});
+    size_t capacity = std::max({capacity_ * 2, size_ + more, size_t{1} << 12});
     char* grown = static_cast<char*>(realloc(data_, capacity));
     if (grown == nullptr) return nullptr;
     data_ = grown;
