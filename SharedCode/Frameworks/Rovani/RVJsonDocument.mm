@@ -9,6 +9,7 @@
 #include "Platform/Json/RVJsonValue.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListValues.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVUTF8.h"
 
 // JSON to Foundation objects, exactly: jsoncpp parses, and the walk below
@@ -212,15 +213,14 @@ std::unique_ptr<RVObject> RVJsonDocument::Parse(const std::string& text, RVForma
   std::unique_ptr<RVObject> handle;
   @autoreleasepool {
     size_t after = SkipSpaceAndComments(text, RVJsonDescribe(root).limit);
-    id made = nil;
+    RVOwned<> made;
     if (after < text.size()) {
       builder.Fail("text after the end of the value", after, "");
     } else {
       std::string path;
-      made = builder.Build(root, &path);
+      made = RVAdopt(builder.Build(root, &path));
     }
-    if (made != nil) handle.reset(RVObject::Create(made));
-    [made release];
+    if (made) handle.reset(RVObject::Create(made.Get()));
   }
   RVJsonDelete(root);
   return handle;
