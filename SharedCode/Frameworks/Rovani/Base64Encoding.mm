@@ -62,6 +62,9 @@ RVData Base64Encoding::DecodeData(RVData input) {
   }
 
   RVData result;
-  if (decoded) result = static_cast<NSData*>(RVAdopt([decoded.Get() copy]).Get());
+  if (decoded) {
+    RVOwned<NSData*> held = RVAdopt([decoded.Get() copy]);
+    result = held.Get();
+  }
   return result;
 }

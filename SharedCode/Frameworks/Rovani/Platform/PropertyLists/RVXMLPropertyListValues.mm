@@ -135,15 +135,17 @@ id RVNewStringFromUTF8(const std::string& text) {
   // back through UTF-16, which keeps them.
   size_t marks = 0;
   while (text.compare(marks * 3, 3, "\xEF\xBB\xBF") == 0) ++marks;
-  RVOwned<NSString*> rest = RVAdopt([[NSString alloc] initWithBytes:text.data() + marks * 3
-                                                               length:text.size() - marks * 3
-                                                             encoding:NSUTF8StringEncoding]);
-  if (marks == 0 || !rest) return rest.Release();
+  id made = [[NSString alloc] initWithBytes:text.data() + marks * 3
+                                     length:text.size() - marks * 3
+                                   encoding:NSUTF8StringEncoding];
+  if (marks == 0 || made == nil) return made;
+  RVOwned<NSString*> rest = RVAdopt(made);
   std::string prefix;
   for (size_t i = 0; i < marks; ++i) prefix += "\xFF\xFE";
-  RVOwned<NSString*> lead = RVAdopt([[NSString alloc] initWithBytes:prefix.data()
-                                                               length:prefix.size()
-                                                             encoding:NSUTF16LittleEndianStringEncoding]);
+  RVOwned<NSString*> lead =
+      RVAdopt([[NSString alloc] initWithBytes:prefix.data()
+                                       length:prefix.size()
+                                     encoding:NSUTF16LittleEndianStringEncoding]);
   // Appending to a mutable string keeps them; -stringByAppendingString:
   // would drop them again.
   RVOwned<NSMutableString*> joined =
