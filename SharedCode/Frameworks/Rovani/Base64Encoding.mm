@@ -4,6 +4,7 @@
 
 #include <Rovani/Base64Encoding.h>
 
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVBase64.h"
 
 Base64Encoding::Base64Encoding() {}
@@ -33,7 +34,7 @@ RVData Base64Encoding::DecodeData(RVData input) {
   const unsigned char* in = static_cast<const unsigned char*>(input.Bytes());
   unsigned int length = input.Length();
   unsigned int pos = 0;
-  NSMutableData* decoded = nil;
+  RVOwned<NSMutableData*> decoded;
 
   while (pos < length) {
     // Three output bytes, then the group's four 6-bit input values.
@@ -55,17 +56,15 @@ RVData Base64Encoding::DecodeData(RVData input) {
     block[0] = static_cast<unsigned char>((block[3] << 2) | (block[4] >> 4));
     block[1] = static_cast<unsigned char>((block[4] << 4) | (block[5] >> 2));
     block[2] = static_cast<unsigned char>((block[5] << 6) | block[6]);
-    if (decoded == nil) decoded = [[NSMutableData alloc] initWithCapacity:length / 4 * 4 + 4];
+    if (!decoded) decoded = RVAdopt([[NSMutableData alloc] initWithCapacity:length / 4 * 4 + 4]);
     // Four counted characters give four bytes: the fourth is in0.
-    [decoded appendBytes:block length:count];
+    [decoded.Get() appendBytes:block length:count];
   }
 
   RVData result;
-  if (decoded != nil) {
-    NSData* held = [decoded copy];
-    [decoded release];
-    result = static_cast<NSData*>(held);
-    [held release];
+  if (decoded) {
+    RVOwned<NSData*> held = RVAdopt([decoded.Get() copy]);
+    result = held.Get();
   }
   return result;
 }

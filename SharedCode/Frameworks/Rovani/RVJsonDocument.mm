@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <Rovani/RVJsonDocument.h>
@@ -9,6 +10,7 @@
 #include "Platform/Json/RVJsonValue.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListValues.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVUTF8.h"
 
 // JSON to Foundation objects, exactly: jsoncpp parses, and the walk below
@@ -149,39 +151,45 @@ class Builder {
   id Container(const void* value, bool object, std::string* path) {
     std::vector<RVJsonChild> children;
     RVJsonChildren(value, &children);
-    std::vector<id> keys, members;
+    std::vector<RVOwned<>> keys, members;
     size_t length = path->size();
     bool failed = false;
     for (size_t i = 0; i < children.size() && !failed; ++i) {
       const RVJsonChild& child = children[i];
       if (object) {
         AppendKey(path, child.name, child.nameLength);
-        id key = String(child.name, child.nameLength, RVJsonDescribe(child.value).start, *path);
-        if (key == nil) {
+        RVOwned<> key = RVAdopt(
+            String(child.name, child.nameLength, RVJsonDescribe(child.value).start, *path));
+        if (!key) {
           failed = true;
           break;
         }
-        keys.push_back(key);
+        keys.push_back(std::move(key));
       } else {
         if (!path->empty()) path->push_back('.');
         *path += std::to_string(i);
       }
-      id member = Build(child.value, path);
-      if (member == nil) failed = true;
-      else members.push_back(member);
+      RVOwned<> member = RVAdopt(Build(child.value, path));
+      if (!member) failed = true;
+      else members.push_back(std::move(member));
       path->resize(length);
     }
-    id made = nil;
-    if (!failed && object) {
-      made = [[NSDictionary alloc] initWithObjects:members.data()
-                                           forKeys:keys.data()
-                                             count:members.size()];
-    } else if (!failed) {
-      made = [[NSArray alloc] initWithObjects:members.data() count:members.size()];
+    if (failed) return nil;
+    std::vector<id> values = Objects(members);
+    if (object) {
+      return [[NSDictionary alloc] initWithObjects:values.data()
+                                           forKeys:Objects(keys).data()
+                                             count:values.size()];
     }
-    for (id key : keys) [key release];
-    for (id member : members) [member release];
-    return made;
+    return [[NSArray alloc] initWithObjects:values.data() count:values.size()];
+  }
+
+  // The objects that owners hold, as the initialisers take them.
+  static std::vector<id> Objects(const std::vector<RVOwned<>>& owners) {
+    std::vector<id> objects;
+    objects.reserve(owners.size());
+    for (const RVOwned<>& owner : owners) objects.push_back(owner.Get());
+    return objects;
   }
 
   const std::string& text_;
@@ -212,15 +220,14 @@ std::unique_ptr<RVObject> RVJsonDocument::Parse(const std::string& text, RVForma
   std::unique_ptr<RVObject> handle;
   @autoreleasepool {
     size_t after = SkipSpaceAndComments(text, RVJsonDescribe(root).limit);
-    id made = nil;
+    RVOwned<> made;
     if (after < text.size()) {
       builder.Fail("text after the end of the value", after, "");
     } else {
       std::string path;
-      made = builder.Build(root, &path);
+      made = RVAdopt(builder.Build(root, &path));
     }
-    if (made != nil) handle.reset(RVObject::Create(made));
-    [made release];
+    if (made) handle.reset(RVObject::Create(made.Get()));
   }
   RVJsonDelete(root);
   return handle;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <typeinfo>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <Rovani/RVArray.h>
@@ -19,6 +20,7 @@
 
 #include "Platform/Runtime/RVHandleTable.h"
 #include "Platform/Json/RVJsonValue.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Runtime/RVScalars.h"
 #include "Platform/Text/RVUTF8.h"
 
@@ -212,10 +214,6 @@ class TreeBuilder {
         true_(BoolToRVId(true)),
         false_(BoolToRVId(false)) {}
 
-  ~TreeBuilder() {
-    for (auto& key : keys_) [key.second release];
-  }
-
   // The object for value (+1), or nil where the handle made for it would hold
   // nothing: null, an empty array or object, a type not handled, text that
   // is not UTF-8.
@@ -255,20 +253,23 @@ class TreeBuilder {
  private:
   // Per depth, the children and the objects made for them of the collection
   // being built there; kept to save allocations (a deque keeps references
-  // valid as it grows).
+  // valid as it grows). A raise leaves the members made so far to the
+  // builder, which releases them as the raise unwinds it.
   struct Level {
     std::vector<RVJsonChild> children;
-    std::vector<id> keys;     // not retained: the builder's own keys hold them
-    std::vector<id> members;  // retained
+    std::vector<id> keys;  // not retained: the builder's own keys hold them
+    std::vector<RVOwned<>> members;
+    std::vector<id> objects;  // the members, as the initialisers take them
   };
   Level& LevelAt(size_t depth) {
     while (levels_.size() <= depth) levels_.emplace_back();
     return levels_[depth];
   }
 
-  static void ReleaseAll(std::vector<id>& objects) {
-    for (id object : objects) [object release];
-    objects.clear();
+  static id* Objects(Level& level) {
+    level.objects.clear();
+    for (const RVOwned<>& member : level.members) level.objects.push_back(member.Get());
+    return level.objects.data();
   }
 
   // The array is made once from its elements.
@@ -276,23 +277,18 @@ class TreeBuilder {
     Level& level = LevelAt(depth);
     RVJsonChildren(value, &level.children);
     if (level.children.empty()) return nil;
-    std::vector<id>& elements = level.members;
+    std::vector<RVOwned<>>& elements = level.members;
     elements.clear();
-    @try {
-      for (const RVJsonChild& child : level.children) {
-        RVJsonKind kind;
-        id element = Build(child.value, kind, depth + 1);
-        // An element that makes nothing (nil) is refused by the platform's
-        // array, which raises, as it does for AddObject of an empty handle.
-        if (element == nil) [[NSMutableArray array] addObject:element];
-        elements.push_back(element);
-      }
-    } @catch (NSException* exception) {
-      ReleaseAll(elements);
-      @throw;
+    for (const RVJsonChild& child : level.children) {
+      RVJsonKind kind;
+      RVOwned<> element = RVAdopt(Build(child.value, kind, depth + 1));
+      // An element that makes nothing (nil) is refused by the platform's
+      // array, which raises, as it does for AddObject of an empty handle.
+      if (!element) [[NSMutableArray array] addObject:element.Get()];
+      elements.push_back(std::move(element));
     }
-    id result = [[arrayClass_ alloc] initWithObjects:elements.data() count:elements.size()];
-    ReleaseAll(elements);
+    id result = [[arrayClass_ alloc] initWithObjects:Objects(level) count:elements.size()];
+    elements.clear();
     return result;
   }
 
@@ -304,35 +300,28 @@ class TreeBuilder {
     RVJsonChildren(value, &level.children);
     if (level.children.empty()) return nil;
     std::vector<id>& keys = level.keys;
-    std::vector<id>& members = level.members;
+    std::vector<RVOwned<>>& members = level.members;
     keys.clear();
     members.clear();
-    @try {
-      for (const RVJsonChild& child : level.children) {
-        NSString* key = Key(child.name);
-        if (key != nil) keys.push_back(key);
-        RVJsonKind kind;
-        id member = Build(child.value, kind, depth + 1);
-        id stored = StoredMember(member, kind);
-        members.push_back(stored);
-        if (key == nil) {
-          // A name that is not UTF-8 makes no key, which the platform's
-          // mutable dictionary refuses by raising, as it would for the
-          // member-by-member route.
-          NSMutableDictionary* refusing = [[[NSMutableDictionary alloc] init] autorelease];
-          [refusing setObject:stored forKey:key];
-        }
+    for (const RVJsonChild& child : level.children) {
+      NSString* key = Key(child.name);
+      if (key != nil) keys.push_back(key);
+      RVJsonKind kind;
+      RVOwned<> member = RVAdopt(Build(child.value, kind, depth + 1));
+      members.push_back(StoredMember(std::move(member), kind));
+      if (key == nil) {
+        // A name that is not UTF-8 makes no key, which the platform's
+        // mutable dictionary refuses by raising, as it would for the
+        // member-by-member route.
+        NSMutableDictionary* refusing = [[[NSMutableDictionary alloc] init] autorelease];
+        [refusing setObject:members.back().Get() forKey:key];
       }
-    } @catch (NSException* exception) {
-      keys.clear();
-      ReleaseAll(members);
-      @throw;
     }
-    id result = [[dictionaryClass_ alloc] initWithObjects:members.data()
+    id result = [[dictionaryClass_ alloc] initWithObjects:Objects(level)
                                                   forKeys:keys.data()
                                                     count:keys.size()];
     keys.clear();
-    ReleaseAll(members);
+    members.clear();
     return result;
   }
 
@@ -341,29 +330,29 @@ class TreeBuilder {
   NSString* Key(const char* name) {
     std::string_view text(name);
     auto found = keys_.find(text);
-    if (found != keys_.end()) return found->second;
-    NSString* key = [[stringClass_ alloc] initWithCString:name encoding:NSUTF8StringEncoding];
-    if (key != nil) keys_.emplace(text, key);
-    return key;
+    if (found != keys_.end()) return found->second.Get();
+    RVOwned<NSString*> key =
+        RVAdopt([[stringClass_ alloc] initWithCString:name encoding:NSUTF8StringEncoding]);
+    NSString* made = key.Get();
+    if (made != nil) keys_.emplace(text, std::move(key));
+    return made;
   }
 
-  // What the dictionary stores for member (+1, taking over member's
-  // reference): the member itself, or for an empty one what the dictionary
-  // stores for an empty handle: an empty string, array or dictionary for
-  // those kinds, NSNull for the rest.
-  static id StoredMember(id member, RVJsonKind kind) {
-    bool empty = member == nil || (kind == kRVJsonString && [member length] == 0);
+  // What the dictionary stores for member: the member itself, or for an
+  // empty one what the dictionary stores for an empty handle: an empty
+  // string, array or dictionary for those kinds, NSNull for the rest.
+  static RVOwned<> StoredMember(RVOwned<> member, RVJsonKind kind) {
+    bool empty = !member || (kind == kRVJsonString && [member.Get() length] == 0);
     if (!empty) return member;
-    [member release];
     switch (kind) {
       case kRVJsonString:
-        return [[NSString string] retain];
+        return RVOwned<>::Retain([NSString string]);
       case kRVJsonArray:
-        return [[NSArray array] retain];
+        return RVOwned<>::Retain([NSArray array]);
       case kRVJsonObject:
-        return [[NSDictionary dictionary] retain];
+        return RVOwned<>::Retain([NSDictionary dictionary]);
       default:
-        return [[NSNull null] retain];
+        return RVOwned<>::Retain([NSNull null]);
     }
   }
 
@@ -375,7 +364,7 @@ class TreeBuilder {
   id false_;
   std::deque<Level> levels_;
   // Names point into the value tree, which outlives the builder.
-  std::unordered_map<std::string_view, NSString*> keys_;
+  std::unordered_map<std::string_view, RVOwned<NSString*>> keys_;
 };
 
 // The handle ParseNext makes for each kind of value.
@@ -448,9 +437,8 @@ RVObject* RVJsonTranslator::ParseNext(void* value) {
   TreeBuilder builder;
   RVJsonKind kind;
   // A raise leaves the pool to the caller's, which keeps the exception alive.
-  id built = builder.Build(value, kind, 0);
-  RVObject* handle = NewHandle(built, kind);
-  [built release];
+  RVOwned<> built = RVAdopt(builder.Build(value, kind, 0));
+  RVObject* handle = NewHandle(built.Get(), kind);
   [pool drain];
   return handle;
 }

@@ -7,6 +7,7 @@
 
 #include "Platform/PropertyLists/RVBinaryPropertyList.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/Runtime/RVOwned.h"
 
 // Layout: the eight bytes "bplist00", the objects, a table of object offsets,
 // and a 32-byte trailer: six unused bytes, the width of an offset, the width
@@ -28,14 +29,10 @@ class BinaryReader {
  public:
   BinaryReader(const unsigned char* bytes, size_t length) : bytes_(bytes), length_(length) {}
 
-  ~BinaryReader() {
-    for (id object : built_) [object release];
-  }
-
   // The root object, retained, or nil.
   id ReadRoot() {
     if (!ReadTrailer()) return nil;
-    built_.assign(objectCount_, nil);
+    built_.resize(objectCount_);
     state_.assign(objectCount_, kUnseen);
     id root = Object(root_, 0);
     return [root retain];
@@ -148,7 +145,7 @@ class BinaryReader {
   // The object at index, owned by the reader (borrowed by the caller), or
   // nil when it or anything it holds is malformed.
   id Object(uint64_t index, unsigned depth) {
-    if (state_[index] == kBuilt) return built_[index];
+    if (state_[index] == kBuilt) return built_[index].Get();
     // An object being built that is asked for again contains itself.
     size_t position;
     if (!OffsetOf(index, &position)) return nil;
@@ -156,7 +153,7 @@ class BinaryReader {
     state_[index] = kBuilding;
     id made = Make(position, depth);
     if (made == nil) return nil;
-    built_[index] = made;
+    built_[index] = RVAdopt(made);
     state_[index] = kBuilt;
     return made;
   }
@@ -300,7 +297,7 @@ class BinaryReader {
   size_t length_;
   unsigned offsetWidth_ = 0, refWidth_ = 0;
   uint64_t objectCount_ = 0, root_ = 0, tableOffset_ = 0;
-  std::vector<id> built_;
+  std::vector<RVOwned<>> built_;  // each object once, as its index is first read
   std::vector<unsigned char> state_;
   const char* why_ = nullptr;
   size_t failAt_ = 0;

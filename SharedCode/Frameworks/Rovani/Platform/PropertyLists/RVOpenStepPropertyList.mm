@@ -6,6 +6,7 @@
 
 #include "Platform/PropertyLists/RVOpenStepPropertyList.h"
 #include "Platform/PropertyLists/RVPropertyList.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVUTF8.h"
 
 namespace {
@@ -305,7 +306,8 @@ id RVOpenStepPropertyListRead(const unsigned char* bytes, size_t length, RVForma
       return nil;
     }
   }
-  id result = nil;
+  // The copy outlives the pool its parts were made in.
+  RVOwned<> result;
   @autoreleasepool {
     @try {
       id parsed;
@@ -325,15 +327,15 @@ id RVOpenStepPropertyListRead(const unsigned char* bytes, size_t length, RVForma
                                                  encoding:NSUTF8StringEncoding] autorelease];
         parsed = [text propertyListFromStringsFileFormat];
       }
-      result = [ImmutableCopy(parsed, 0) retain];
+      result = RVOwned<>::Retain(ImmutableCopy(parsed, 0));
     } @catch (NSException*) {
-      result = nil;
+      result.Reset();
     }
   }
-  if (result == nil && fault != nullptr) {
+  if (!result && fault != nullptr) {
     fault->Clear();
     fault->message = "the platform's parser refused the text";
     fault->line = fault->column = 1;
   }
-  return [result autorelease];
+  return result.Autorelease();
 }

@@ -14,6 +14,7 @@
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListWriter.h"
+#include "Platform/Runtime/RVOwned.h"
 
 NSData* RVPropertyListXMLData(id list) { return RVXMLPropertyListData(list); }
 
@@ -68,9 +69,9 @@ id RVPropertyListFromBytes(const void* bytes, size_t length, RVFormatFault* faul
     // UTF-16 text: read as the UTF-8 it converts to.
     NSStringEncoding encoding =
         p[0] == 0xFF ? NSUTF16LittleEndianStringEncoding : NSUTF16BigEndianStringEncoding;
-    NSString* text = [[NSString alloc] initWithBytes:p + 2 length:length - 2 encoding:encoding];
-    NSData* utf8 = [text dataUsingEncoding:NSUTF8StringEncoding];
-    [text release];
+    RVOwned<NSString*> text =
+        RVAdopt([[NSString alloc] initWithBytes:p + 2 length:length - 2 encoding:encoding]);
+    NSData* utf8 = [text.Get() dataUsingEncoding:NSUTF8StringEncoding];
     if ([utf8 length] == 0) {
       if (fault != nullptr) fault->message = "UTF-16 text that cannot be decoded";
       return nil;

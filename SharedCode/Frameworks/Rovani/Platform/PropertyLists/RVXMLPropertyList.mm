@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/PropertyLists/RVPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyList.h"
 #include "Platform/PropertyLists/RVXMLPropertyListValues.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVUTF8.h"
 
 // A small, non-recursive reader of the XML property-list vocabulary: open
@@ -41,15 +43,6 @@ class XMLReader {
  public:
   XMLReader(const unsigned char* bytes, size_t length) : p_(bytes), n_(length) {}
 
-  ~XMLReader() {
-    [root_ release];
-    for (Frame& frame : stack_) {
-      for (id item : frame.items) [item release];
-      for (id key : frame.keys) [key release];
-      [frame.pendingKey release];
-    }
-  }
-
   // The root value, retained, or nil.
   id ReadRoot() {
     size_t bad = RVFirstInvalidUTF8(p_, n_);
@@ -70,9 +63,7 @@ class XMLReader {
     }
     if (!ReadContent() || !SkipMisc(false)) return nil;
     if (pos_ != n_) return Fail("text after the end of the property list"), nil;
-    id root = root_;
-    root_ = nil;
-    return root;
+    return root_.Release();
   }
 
   // Why the read failed and where: 1-based line and column.
@@ -82,11 +73,20 @@ class XMLReader {
   }
 
  private:
+  // An open container. It holds a reference to each of its values and keys
+  // until it is closed or the read stops, whichever comes first.
   struct Frame {
+    Frame(bool isDictionary, size_t at) : dictionary(isDictionary), start(at) {}
+    Frame(Frame&&) = default;
+    ~Frame() {
+      for (id item : items) [item release];
+      for (id key : keys) [key release];
+    }
+
     bool dictionary;
     std::vector<id> items;  // values, retained
     std::vector<id> keys;   // keys of a dictionary, retained
-    id pendingKey;          // a key waiting for its value, retained
+    RVOwned<> pendingKey;   // a key waiting for its value
     size_t start;           // where its start tag begins
   };
 
@@ -321,44 +321,37 @@ class XMLReader {
     }
   }
 
-  // Takes over one reference to value; nil is a leaf whose text is not of
+  // Takes over one reference to made; nil is a leaf whose text is not of
   // its kind, at start.
-  bool Add(id value, const char* invalid, size_t start) {
-    if (value == nil) return Fail(invalid, start);
-    if (++objects_ > kRVPropertyListMaxObjects) {
-      [value release];
+  bool Add(id made, const char* invalid, size_t start) {
+    RVOwned<> value = RVAdopt(made);
+    if (!value) return Fail(invalid, start);
+    if (++objects_ > kRVPropertyListMaxObjects)
       return Fail("more objects than a property list may hold", start);
-    }
     if (stack_.empty()) {
-      if (root_ != nil) {
-        [value release];
-        return Fail("a second value after the root", start);
-      }
-      root_ = value;
+      if (root_) return Fail("a second value after the root", start);
+      root_ = std::move(value);
       return true;
     }
     Frame& top = stack_.back();
     if (top.dictionary) {
-      if (top.pendingKey == nil) {
-        [value release];
-        return Fail("expected <key>", start);
-      }
-      top.keys.push_back(top.pendingKey);
-      top.pendingKey = nil;
+      if (!top.pendingKey) return Fail("expected <key>", start);
+      top.keys.push_back(top.pendingKey.Release());
     }
-    top.items.push_back(value);
+    top.items.push_back(value.Release());
     return true;
   }
 
-  bool AddKey(id key, size_t start) {
-    if (key == nil) return Fail("a key that is not text", start);
-    if (stack_.empty() || !stack_.back().dictionary || stack_.back().pendingKey != nil) {
-      [key release];
+  // Takes over one reference to made, a key.
+  bool AddKey(id made, size_t start) {
+    RVOwned<> key = RVAdopt(made);
+    if (!key) return Fail("a key that is not text", start);
+    if (stack_.empty() || !stack_.back().dictionary || stack_.back().pendingKey) {
       return Fail(stack_.empty() || !stack_.back().dictionary ? "a <key> outside a dictionary"
                                                                : "expected a value after <key>",
                   start);
     }
-    stack_.back().pendingKey = key;
+    stack_.back().pendingKey = std::move(key);
     return true;
   }
 
@@ -367,7 +360,7 @@ class XMLReader {
     Frame& top = stack_.back();
     if (name != (top.dictionary ? "dict" : "array"))
       return Fail("an end tag that does not match its start tag", start);
-    if (top.pendingKey != nil) return Fail("expected a value after <key>", start);
+    if (top.pendingKey) return Fail("expected a value after <key>", start);
     id made;
     if (top.dictionary) {
       made = [[NSDictionary alloc] initWithObjects:top.items.data()
@@ -376,9 +369,7 @@ class XMLReader {
     } else {
       made = [[NSArray alloc] initWithObjects:top.items.data() count:top.items.size()];
     }
-    for (id item : top.items) [item release];
-    for (id key : top.keys) [key release];
-    stack_.pop_back();
+    stack_.pop_back();  // releases what the container now holds
     return Add(made, "", start);
   }
 
@@ -387,7 +378,7 @@ class XMLReader {
     for (;;) {
       SkipSpace();
       if (pos_ >= n_) {
-        if (stack_.empty() && root_ == nil) return Fail("expected a value");
+        if (stack_.empty() && !root_) return Fail("expected a value");
         if (stack_.empty()) return Fail("<plist> is never closed");
         return Fail(stack_.back().dictionary ? "<dict> is never closed" : "<array> is never closed",
                     stack_.back().start);
@@ -406,7 +397,7 @@ class XMLReader {
         if (name == "plist") {
           if (!inPlist_ || !stack_.empty())
             return Fail("an end tag that does not match its start tag", start);
-          if (root_ == nil) return Fail("<plist> holds no value", start);
+          if (!root_) return Fail("<plist> holds no value", start);
           return true;
         }
         if (!CloseContainer(name, start)) return false;
@@ -418,7 +409,7 @@ class XMLReader {
       if (!ReadName(&name)) return false;
       bool empty;
       if (!SkipAttributes(&empty)) return false;
-      if (stack_.empty() && root_ != nil) return Fail("a second value after the root", start);
+      if (stack_.empty() && root_) return Fail("a second value after the root", start);
       if (name == "dict" || name == "array") {
         if (empty) {
           id made = name == "dict" ? [[NSDictionary alloc] init] : [[NSArray alloc] init];
@@ -427,7 +418,7 @@ class XMLReader {
           static_assert(kRVPropertyListMaxDepth == 256, "the message names the limit");
           if (stack_.size() >= kRVPropertyListMaxDepth)
             return Fail("containers nested deeper than 256 levels", start);
-          stack_.push_back(Frame{name == "dict", {}, {}, nil, start});
+          stack_.emplace_back(name == "dict", start);
           continue;
         }
       } else if (!ReadLeaf(name, empty, start)) {
@@ -459,7 +450,7 @@ class XMLReader {
   size_t pos_ = 0;
   bool inPlist_ = false;
   size_t objects_ = 0;
-  id root_ = nil;
+  RVOwned<> root_;
   std::vector<Frame> stack_;
   const char* why_ = nullptr;
   size_t failAt_ = 0;

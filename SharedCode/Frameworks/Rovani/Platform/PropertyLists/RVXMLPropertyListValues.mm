@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Platform/PropertyLists/RVXMLPropertyListValues.h"
+#include "Platform/Runtime/RVOwned.h"
 #include "Platform/Text/RVBase64.h"
 
 namespace {
@@ -134,24 +135,23 @@ id RVNewStringFromUTF8(const std::string& text) {
   // back through UTF-16, which keeps them.
   size_t marks = 0;
   while (text.compare(marks * 3, 3, "\xEF\xBB\xBF") == 0) ++marks;
-  NSString* rest = [[NSString alloc] initWithBytes:text.data() + marks * 3
-                                            length:text.size() - marks * 3
-                                          encoding:NSUTF8StringEncoding];
-  if (marks == 0 || rest == nil) return rest;
+  id made = [[NSString alloc] initWithBytes:text.data() + marks * 3
+                                     length:text.size() - marks * 3
+                                   encoding:NSUTF8StringEncoding];
+  if (marks == 0 || made == nil) return made;
+  RVOwned<NSString*> rest = RVAdopt(made);
   std::string prefix;
   for (size_t i = 0; i < marks; ++i) prefix += "\xFF\xFE";
-  NSString* lead = [[NSString alloc] initWithBytes:prefix.data()
-                                            length:prefix.size()
-                                          encoding:NSUTF16LittleEndianStringEncoding];
+  RVOwned<NSString*> lead =
+      RVAdopt([[NSString alloc] initWithBytes:prefix.data()
+                                       length:prefix.size()
+                                     encoding:NSUTF16LittleEndianStringEncoding]);
   // Appending to a mutable string keeps them; -stringByAppendingString:
   // would drop them again.
-  NSMutableString* joined = [[NSMutableString alloc] initWithCapacity:marks + [rest length]];
-  [joined appendString:lead];
-  [joined appendString:rest];
-  NSString* whole = [joined copy];
-  [joined release];
-  [lead release];
-  [rest release];
-  return whole;
+  RVOwned<NSMutableString*> joined =
+      RVAdopt([[NSMutableString alloc] initWithCapacity:marks + [rest.Get() length]]);
+  [joined.Get() appendString:lead.Get()];
+  [joined.Get() appendString:rest.Get()];
+  return [joined.Get() copy];
 }
 
