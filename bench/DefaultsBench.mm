@@ -76,15 +76,15 @@ void SetKeys(benchmark::State& state, bool allUsers) {
 void BM_DefaultsAllUsersSet(benchmark::State& state) { SetKeys(state, true); }
 void BM_DefaultsCurrentUserSet(benchmark::State& state) { SetKeys(state, false); }
 
-BENCHMARK(BM_DefaultsAllUsersSet)->Arg(10000)->Iterations(10000)->Repetitions(3);
-BENCHMARK(BM_DefaultsCurrentUserSet)->Arg(1000)->Iterations(1000)->Repetitions(3);
-BENCHMARK(BM_DefaultsCurrentUserSet)->Arg(10000)->Iterations(10000)->Repetitions(3);
+BENCHMARK(BM_DefaultsAllUsersSet)->Arg(10000)->Iterations(10000)->Repetitions(9);
+BENCHMARK(BM_DefaultsCurrentUserSet)->Arg(1000)->Iterations(1000)->Repetitions(9);
+BENCHMARK(BM_DefaultsCurrentUserSet)->Arg(10000)->Iterations(10000)->Repetitions(9);
 
 ROVANI_BENCH_RATIO("current-user set / all-users set (10,000 keys)",
-                   "BM_DefaultsCurrentUserSet/10000/iterations:10000/repeats:3",
-                   "BM_DefaultsAllUsersSet/10000/iterations:10000/repeats:3", 4.0);
+                   "BM_DefaultsCurrentUserSet/10000/iterations:10000/repeats:9",
+                   "BM_DefaultsAllUsersSet/10000/iterations:10000/repeats:9", 4.0);
 ROVANI_BENCH_RATIO("current-user set at 10,000 keys / at 1,000",
-                   "BM_DefaultsCurrentUserSet/10000/iterations:10000/repeats:3",
-                   "BM_DefaultsCurrentUserSet/1000/iterations:1000/repeats:3", 2.0);
+                   "BM_DefaultsCurrentUserSet/10000/iterations:10000/repeats:9",
+                   "BM_DefaultsCurrentUserSet/1000/iterations:1000/repeats:9", 2.0);
 
 }  // namespace

@@ -2,8 +2,8 @@
 // single write beside the store's file and folded into it now and then.
 // Private: never installed.
 //
-// A record is "RVj1", the payload's length (4 bytes, little-endian), an
-// FNV-1a hash of the payload (8 bytes, little-endian) and the payload: an
+// A record is "RVj1", the payload's length (4 bytes, little-endian), a
+// 64-bit hash of the payload (8 bytes, little-endian) and the payload: an
 // XML property list from its <plist> element on, the array [key, value]
 // for a set or [key] for a removal. A record cut short (its writer killed,
 // a full disk) fails its hash and is stepped over: reading goes on at the

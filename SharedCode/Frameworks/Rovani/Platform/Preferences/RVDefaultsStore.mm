@@ -23,7 +23,7 @@
 namespace {
 
 // The journal is folded once it is larger than this and than the file.
-constexpr off_t kFoldAtLeast = 1 << 20;
+constexpr off_t kFoldAtLeast = 2 << 20;
 
 // Stands for a removal among changes.
 id Removed() {

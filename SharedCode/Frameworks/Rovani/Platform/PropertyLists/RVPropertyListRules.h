@@ -44,6 +44,10 @@ struct RVPlistClassInfo {
 //   Decimal: doubleValue   Date: timeIntervalSinceReferenceDate
 //   Data: bytes, length    Dictionary: count, getObjects:andKeys:
 //   Array: count, getObjects:
+//
+// The table is the calling thread's and outlives each write: a write of one
+// small value (a defaults journal record) would otherwise spend much of its
+// time learning the same few classes again.
 class RVPropertyListClasses {
  public:
   RVPropertyListClasses();
@@ -61,7 +65,7 @@ class RVPropertyListClasses {
   static constexpr size_t kSlots = 64;
   Class string_, number_, decimal_, platformBool_, libraryBool_, date_, data_, dictionary_,
       array_, null_;
-  RVPlistClassInfo slots_[kSlots];
+  RVPlistClassInfo* slots_;  // kSlots entries, the thread's own
 };
 
 // The UTF-16 units of a string of kind String appended to *units; answers

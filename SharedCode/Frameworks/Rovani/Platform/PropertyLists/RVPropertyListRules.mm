@@ -33,6 +33,8 @@ const KnownClasses& Known() {
 }  // namespace
 
 RVPropertyListClasses::RVPropertyListClasses() {
+  static thread_local RVPlistClassInfo slots[kSlots];
+  slots_ = slots;
   const KnownClasses& known = Known();
   string_ = known.string;
   number_ = known.number;

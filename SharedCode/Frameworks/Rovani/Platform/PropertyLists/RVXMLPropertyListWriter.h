@@ -45,6 +45,11 @@
 // and gives the refused value's key path.
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault = nullptr);
 
+// Appends list's <plist> element alone (no declaration, no document type)
+// to *out, for records too small to carry them; false, with *out
+// unspecified, where RVXMLPropertyListWrite answers false.
+bool RVXMLPropertyListAppendElement(id list, std::string* out);
+
 // The same text as data (autoreleased), or nil where the write above
 // answers false.
 NSData* RVXMLPropertyListData(id list, RVFormatFault* fault = nullptr);

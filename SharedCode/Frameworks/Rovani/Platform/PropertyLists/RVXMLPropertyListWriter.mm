@@ -27,6 +27,7 @@ const char kHead[] =
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 const char kTail[] = "</plist>";
+const char kPlistElement[] = "<plist version=\"1.0\">\n";
 
 // The most one line's indentation takes: four columns a level, eight
 // columns a tab, for levels up to the depth limit.
@@ -110,10 +111,12 @@ char* TwoDigits(char* p, unsigned value) {
 
 class Writer {
  public:
-  bool Write(id root) {
+  // elementOnly leaves out the declaration and document type, which every
+  // reader takes as read when they are missing.
+  bool Write(id root, bool elementOnly = false) {
     char* p = out_.Reserve(sizeof kHead);
     if (p == nullptr) return refusal_.TooLarge();
-    out_.Commit(Put(p, kHead));
+    out_.Commit(elementOnly ? Put(p, kPlistElement) : Put(p, kHead));
     if (root == nil) return refusal_.Refuse("no list (nil)");
     if (!Value(root, 0)) return false;
     p = out_.Reserve(sizeof kTail);
@@ -383,11 +386,11 @@ class Writer {
 // Runs the writer; on success *written holds the text. Platform
 // exceptions (a collection that changes under the writer, a method that
 // raises) make the write fail like any other refusal.
-bool Run(id list, Writer* writer, RVFormatFault* fault) {
+bool Run(id list, Writer* writer, RVFormatFault* fault, bool elementOnly = false) {
   bool written = false;
   @autoreleasepool {
     @try {
-      written = writer->Write(list);
+      written = writer->Write(list, elementOnly);
     } @catch (NSException* exception) {
       written = writer->Refusal().Raised(exception);
     }
@@ -402,6 +405,13 @@ bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
   if (!Run(list, &writer, fault)) return false;
   out->assign(writer.Output().Bytes(), writer.Output().Size());
+  return true;
+}
+
+bool RVXMLPropertyListAppendElement(id list, std::string* out) {
+  Writer writer;
+  if (!Run(list, &writer, nullptr, true)) return false;
+  out->append(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
