@@ -16,9 +16,12 @@
 #include <cstddef>
 #include <string>
 
+#include "Platform/PropertyLists/RVFormatFault.h"
+
 // The record that sets key to value (nil: removes key), in *record; false
-// when the library's writer refuses the value.
-bool RVJournalRecord(NSString* key, id value, std::string* record);
+// when the library's writer refuses the value, with *fault (when given)
+// saying why. The caller keeps an autorelease pool.
+bool RVJournalRecord(NSString* key, id value, std::string* record, RVFormatFault* fault = nullptr);
 
 // Applies every whole record of bytes, in order, to values (a removal
 // removes its key, or sets it to removed when that is given) and answers

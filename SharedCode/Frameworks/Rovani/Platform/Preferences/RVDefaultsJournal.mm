@@ -53,14 +53,14 @@ size_t WholeRecord(const char* bytes, size_t length) {
 
 }  // namespace
 
-bool RVJournalRecord(NSString* key, id value, std::string* record) {
+bool RVJournalRecord(NSString* key, id value, std::string* record, RVFormatFault* fault) {
   if (key == nil) return false;
   // Looked up once: a class named in code is looked up by name at each use.
   static Class arrays = [NSArray class];
   NSArray* change = value != nil ? [arrays arrayWithObjects:key, value, nil]
                                  : [arrays arrayWithObject:key];
   record->assign(kHeader, '\0');
-  if (!RVXMLPropertyListAppendElement(change, record)) return false;
+  if (!RVXMLPropertyListAppendElement(change, record, fault)) return false;
   size_t payload = record->size() - kHeader;
   if (payload > 0xffffffffu) return false;
   memcpy(&(*record)[0], kMagic, 4);

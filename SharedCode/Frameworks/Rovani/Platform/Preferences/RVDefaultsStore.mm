@@ -67,9 +67,15 @@ class Store {
       [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];
       return;
     }
-    std::string record;
+    // What is no property-list object, or what the writer refuses, is not
+    // stored; for the second the log says why.
     if (copied != nil && !RVIsPropertyListObject(copied)) return;
-    if (!RVJournalRecord(key, copied, &record)) return;
+    std::string record;
+    RVFormatFault fault;
+    if (!RVJournalRecord(key, copied, &record, &fault)) {
+      NSLog(@"Rovani defaults: the value for %@ cannot be stored: %s", key, fault.message.c_str());
+      return;
+    }
     const RVStorePaths* p = CurrentUserPaths(application);
     if (p == nullptr) {
       [Pending(application) setObject:(copied != nil ? copied : Removed()) forKey:key];

@@ -47,8 +47,9 @@ bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault = nu
 
 // Appends list's <plist> element alone (no declaration, no document type)
 // to *out, for records too small to carry them; false, with *out
-// unspecified, where RVXMLPropertyListWrite answers false.
-bool RVXMLPropertyListAppendElement(id list, std::string* out);
+// unspecified, where RVXMLPropertyListWrite answers false. It drains no
+// pool of its own: the caller keeps one.
+bool RVXMLPropertyListAppendElement(id list, std::string* out, RVFormatFault* fault = nullptr);
 
 // The same text as data (autoreleased), or nil where the write above
 // answers false.

@@ -388,13 +388,21 @@ class Writer {
 // raises) make the write fail like any other refusal.
 bool Run(id list, Writer* writer, RVFormatFault* fault, bool elementOnly = false) {
   bool written = false;
+  @try {
+    written = writer->Write(list, elementOnly);
+  } @catch (NSException* exception) {
+    written = writer->Refusal().Raised(exception);
+  }
+  if (!written) writer->Refusal().Fill(fault);
+  return written;
+}
+
+// Run inside a pool of its own, which drains what the writer's messages
+// left behind.
+bool RunInPool(id list, Writer* writer, RVFormatFault* fault) {
+  bool written = false;
   @autoreleasepool {
-    @try {
-      written = writer->Write(list, elementOnly);
-    } @catch (NSException* exception) {
-      written = writer->Refusal().Raised(exception);
-    }
-    if (!written) writer->Refusal().Fill(fault);
+    written = Run(list, writer, fault);
   }
   return written;
 }
@@ -403,21 +411,21 @@ bool Run(id list, Writer* writer, RVFormatFault* fault, bool elementOnly = false
 
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer, fault)) return false;
+  if (!RunInPool(list, &writer, fault)) return false;
   out->assign(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
-bool RVXMLPropertyListAppendElement(id list, std::string* out) {
+bool RVXMLPropertyListAppendElement(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer, nullptr, true)) return false;
+  if (!Run(list, &writer, fault, true)) return false;
   out->append(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
 NSData* RVXMLPropertyListData(id list, RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer, fault)) return nil;
+  if (!RunInPool(list, &writer, fault)) return nil;
   size_t size = writer.Output().Size();
   return [[[NSData alloc] initWithBytesNoCopy:writer.Output().Release()
                                        length:size
