@@ -105,19 +105,26 @@ static void BM_PropertyListWriteSettings(benchmark::State& state) {
 }
 BENCHMARK(BM_PropertyListWriteSettings)->Unit(benchmark::kMillisecond);
 
-static void BM_LibplistWriteSettings(benchmark::State& state) {
+// libplist's writer of one format over the same tree: plist_to_xml or
+// plist_to_bin, with its own free.
+template <void (*Write)(plist_t, char**, uint32_t*), void (*Free)(char*)>
+static void LibplistWrite(benchmark::State& state) {
   plist_t settings = Libplist(Document());
   size_t bytes = 0;
   for (auto _ : state) {
-    char* xml = nullptr;
+    char* text = nullptr;
     uint32_t length = 0;
-    plist_to_xml(settings, &xml, &length);
+    Write(settings, &text, &length);
     bytes = length;
-    benchmark::DoNotOptimize(xml);
-    plist_to_xml_free(xml);
+    benchmark::DoNotOptimize(text);
+    Free(text);
   }
   plist_free(settings);
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+}
+
+static void BM_LibplistWriteSettings(benchmark::State& state) {
+  LibplistWrite<plist_to_xml, plist_to_xml_free>(state);
 }
 BENCHMARK(BM_LibplistWriteSettings)->Unit(benchmark::kMillisecond);
 
@@ -152,18 +159,7 @@ static void BM_BinaryPropertyListWriteSettings(benchmark::State& state) {
 BENCHMARK(BM_BinaryPropertyListWriteSettings)->Unit(benchmark::kMillisecond);
 
 static void BM_LibplistWriteSettingsBinary(benchmark::State& state) {
-  plist_t settings = Libplist(Document());
-  size_t bytes = 0;
-  for (auto _ : state) {
-    char* binary = nullptr;
-    uint32_t length = 0;
-    plist_to_bin(settings, &binary, &length);
-    bytes = length;
-    benchmark::DoNotOptimize(binary);
-    plist_to_bin_free(binary);
-  }
-  plist_free(settings);
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+  LibplistWrite<plist_to_bin, plist_to_bin_free>(state);
 }
 BENCHMARK(BM_LibplistWriteSettingsBinary)->Unit(benchmark::kMillisecond);
 
