@@ -55,12 +55,9 @@ size_t WholeRecord(const char* bytes, size_t length) {
 
 bool RVJournalRecord(NSString* key, id value, std::string* record, RVFormatFault* fault) {
   if (key == nil) return false;
-  // Looked up once: a class named in code is looked up by name at each use.
-  static Class arrays = [NSArray class];
-  NSArray* change = value != nil ? [arrays arrayWithObjects:key, value, nil]
-                                 : [arrays arrayWithObject:key];
+  const id change[] = {key, value};
   record->assign(kHeader, '\0');
-  if (!RVXMLPropertyListAppendElement(change, record, fault)) return false;
+  if (!RVXMLPropertyListAppendArrayElement(change, value != nil ? 2 : 1, record, fault)) return false;
   size_t payload = record->size() - kHeader;
   if (payload > 0xffffffffu) return false;
   memcpy(&(*record)[0], kMagic, 4);

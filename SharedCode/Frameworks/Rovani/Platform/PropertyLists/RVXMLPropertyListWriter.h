@@ -45,11 +45,13 @@
 // and gives the refused value's key path.
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault = nullptr);
 
-// Appends list's <plist> element alone (no declaration, no document type)
-// to *out, for records too small to carry them; false, with *out
-// unspecified, where RVXMLPropertyListWrite answers false. It drains no
-// pool of its own: the caller keeps one.
-bool RVXMLPropertyListAppendElement(id list, std::string* out, RVFormatFault* fault = nullptr);
+// Appends the <plist> element alone (no declaration, no document type) of
+// an array of count items, which need not be made first, to *out: for
+// records too small to carry the rest. False, with *out unspecified and
+// *fault (when given) saying why, where the items have no exact form. It
+// drains no pool of its own: the caller keeps one.
+bool RVXMLPropertyListAppendArrayElement(const id* items, size_t count, std::string* out,
+                                         RVFormatFault* fault = nullptr);
 
 // The same text as data (autoreleased), or nil where the write above
 // answers false.

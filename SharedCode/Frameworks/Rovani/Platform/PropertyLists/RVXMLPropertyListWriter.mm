@@ -111,18 +111,34 @@ char* TwoDigits(char* p, unsigned value) {
 
 class Writer {
  public:
-  // elementOnly leaves out the declaration and document type, which every
-  // reader takes as read when they are missing.
-  bool Write(id root, bool elementOnly = false) {
+  bool Write(id root) {
     char* p = out_.Reserve(sizeof kHead);
     if (p == nullptr) return refusal_.TooLarge();
-    out_.Commit(elementOnly ? Put(p, kPlistElement) : Put(p, kHead));
+    out_.Commit(Put(p, kHead));
     if (root == nil) return refusal_.Refuse("no list (nil)");
     if (!Value(root, 0)) return false;
     p = out_.Reserve(sizeof kTail);
     if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(p, kTail));
     return out_.Size() <= kRVPropertyListMaxBytes || refusal_.TooLarge();
+  }
+
+  // The <plist> element alone (no declaration, no document type, which
+  // readers take as read when missing) of an array of count items, without
+  // making the array: for records too small to pay for either.
+  bool WriteItems(const id* items, size_t count) {
+    char* p = out_.Reserve(sizeof kPlistElement);
+    if (p == nullptr) return refusal_.TooLarge();
+    out_.Commit(Put(p, kPlistElement));
+    ++objects_;
+    if (!Line(0, "<array>", 7)) return false;
+    for (size_t i = 0; i < count; ++i)
+      if (!Value(items[i], 1)) return refusal_.InIndex(i);
+    if (!Line(0, "</array>", 8)) return false;
+    p = out_.Reserve(sizeof kTail);
+    if (p == nullptr) return refusal_.TooLarge();
+    out_.Commit(Put(p, kTail));
+    return true;
   }
 
   Buffer& Output() { return out_; }
@@ -386,23 +402,15 @@ class Writer {
 // Runs the writer; on success *written holds the text. Platform
 // exceptions (a collection that changes under the writer, a method that
 // raises) make the write fail like any other refusal.
-bool Run(id list, Writer* writer, RVFormatFault* fault, bool elementOnly = false) {
-  bool written = false;
-  @try {
-    written = writer->Write(list, elementOnly);
-  } @catch (NSException* exception) {
-    written = writer->Refusal().Raised(exception);
-  }
-  if (!written) writer->Refusal().Fill(fault);
-  return written;
-}
-
-// Run inside a pool of its own, which drains what the writer's messages
-// left behind.
-bool RunInPool(id list, Writer* writer, RVFormatFault* fault) {
+bool Run(id list, Writer* writer, RVFormatFault* fault) {
   bool written = false;
   @autoreleasepool {
-    written = Run(list, writer, fault);
+    @try {
+      written = writer->Write(list);
+    } @catch (NSException* exception) {
+      written = writer->Refusal().Raised(exception);
+    }
+    if (!written) writer->Refusal().Fill(fault);
   }
   return written;
 }
@@ -411,21 +419,31 @@ bool RunInPool(id list, Writer* writer, RVFormatFault* fault) {
 
 bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
   Writer writer;
-  if (!RunInPool(list, &writer, fault)) return false;
+  if (!Run(list, &writer, fault)) return false;
   out->assign(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
-bool RVXMLPropertyListAppendElement(id list, std::string* out, RVFormatFault* fault) {
+bool RVXMLPropertyListAppendArrayElement(const id* items, size_t count, std::string* out,
+                                         RVFormatFault* fault) {
   Writer writer;
-  if (!Run(list, &writer, fault, true)) return false;
+  bool written = false;
+  @try {
+    written = writer.WriteItems(items, count);
+  } @catch (NSException* exception) {
+    written = writer.Refusal().Raised(exception);
+  }
+  if (!written) {
+    writer.Refusal().Fill(fault);
+    return false;
+  }
   out->append(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
 
 NSData* RVXMLPropertyListData(id list, RVFormatFault* fault) {
   Writer writer;
-  if (!RunInPool(list, &writer, fault)) return nil;
+  if (!Run(list, &writer, fault)) return nil;
   size_t size = writer.Output().Size();
   return [[[NSData alloc] initWithBytesNoCopy:writer.Output().Release()
                                        length:size
