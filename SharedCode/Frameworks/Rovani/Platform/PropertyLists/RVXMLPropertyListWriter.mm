@@ -57,6 +57,7 @@ class Buffer {
     return data_ + size_;
   }
   void Commit(char* end) { size_ = static_cast<size_t>(end - data_); }
+  void Clear() { size_ = 0; }
   size_t Size() const { return size_; }
   const char* Bytes() const { return data_; }
   // Hands the block over to the caller, who frees it.
@@ -139,6 +140,17 @@ class Writer {
     if (p == nullptr) return refusal_.TooLarge();
     out_.Commit(Put(p, kTail));
     return true;
+  }
+
+  // Back to a new writer's state, keeping the memory it has grown.
+  void Reset() {
+    out_.Clear();
+    refusal_ = RVPropertyListRefusal();
+    entries_.clear();
+    keyUnits_.clear();
+    scratch_.clear();
+    textUnits_.clear();
+    objects_ = 0;
   }
 
   Buffer& Output() { return out_; }
@@ -426,7 +438,23 @@ bool RVXMLPropertyListWrite(id list, std::string* out, RVFormatFault* fault) {
 
 bool RVXMLPropertyListAppendArrayElement(const id* items, size_t count, std::string* out,
                                          RVFormatFault* fault) {
-  Writer writer;
+  // Records come one after another: the thread's writer is kept, with the
+  // memory it has grown, unless a message the write sends writes one too.
+  static thread_local Writer kept;
+  static thread_local bool keptInUse = false;
+  Writer fresh;
+  Writer& writer = keptInUse ? fresh : kept;
+  bool* inUse = keptInUse ? nullptr : &keptInUse;
+  if (inUse != nullptr) {
+    kept.Reset();
+    *inUse = true;
+  }
+  struct Release {
+    bool* flag;
+    ~Release() {
+      if (flag != nullptr) *flag = false;
+    }
+  } release{inUse};
   bool written = false;
   @try {
     written = writer.WriteItems(items, count);
