@@ -51,8 +51,9 @@ void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef
 // the changes and replaced whole (RVAtomicFile.h). A crash leaves the old
 // file or the new one, never a torn one, and processes that synchronise
 // different keys lose none. File and directory modes are the store's,
-// whatever the umask. Synchronising every user's store also retries the
-// current user's changes that could not be written.
+// whatever the umask. Synchronising every user's store also folds the
+// current user's journal and retries its changes that could not be written,
+// but answers for every user's store alone.
 // Answers false, the file untouched and the changes pending, when the
 // directory cannot be made or written or the disk is full; false too while
 // a change the file cannot take stays pending (named in a log line): the
