@@ -70,7 +70,7 @@ class Store {
     // What is no property-list object, or what the writer refuses, is not
     // stored; for the second the log says why.
     if (copied != nil && !RVIsPropertyListObject(copied)) return;
-    std::string record;
+    std::string& record = record_;
     RVFormatFault fault;
     if (!RVJournalRecord(key, copied, &record, &fault)) {
       NSLog(@"Rovani defaults: the value for %@ cannot be stored: %s", key, fault.message.c_str());
@@ -341,6 +341,7 @@ class Store {
 
   const RVStoreKind kind_;
   bool unguarded_ = false;  // the process had no file-size limit when last asked
+  std::string record_;      // the record being set, its memory kept from set to set
   std::mutex mutex_;
   NSMutableDictionary* pending_;  // application ID to its changes (key to value or Removed())
   unsigned long version_ = 1;
