@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -442,8 +443,9 @@ bool RVXMLPropertyListAppendArrayElement(const id* items, size_t count, std::str
   // memory it has grown, unless a message the write sends writes one too.
   static thread_local Writer kept;
   static thread_local bool keptInUse = false;
-  Writer fresh;
-  Writer& writer = keptInUse ? fresh : kept;
+  std::optional<Writer> fresh;
+  if (keptInUse) fresh.emplace();
+  Writer& writer = keptInUse ? *fresh : kept;
   bool* inUse = keptInUse ? nullptr : &keptInUse;
   if (inUse != nullptr) {
     kept.Reset();
