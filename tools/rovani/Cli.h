@@ -72,8 +72,6 @@ bool BoolOf(const RVObject& value);
 std::string RealText(double value);
 // A date in ISO 8601 UTC, floored to the second ("2026-11-25T10:30:05Z").
 std::string DateText(const RVDate& date);
-// Standard Base64 text of bytes.
-std::string Base64(const void* bytes, unsigned int length);
 
 }  // namespace cli
 

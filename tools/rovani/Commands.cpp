@@ -8,6 +8,8 @@
 #include "Cli.h"
 #include "Commands.h"
 #include "KeyPath.h"
+#include "Platform/Preferences/RVAllUsersDirectory.h"
+#include "Platform/Text/RVBase64.h"
 
 namespace cli {
 
@@ -214,7 +216,7 @@ int Defaults(const Words& args) {
   RVDictionary domain = store.DictionaryRepresentation();
   auto synchronize = [&] {
     if (allUsers && !store.Synchronize()) {
-      throw InputError{"cannot write the all-users store in " + AllUsersDirectory()};
+      throw InputError{"cannot write the all-users store in " + RVAllUsersDefaultsDirectory()};
     }
   };
 
@@ -278,7 +280,7 @@ int Base64Command(const Words& args) {
   std::string in = parsed.operands.size() > 1 ? parsed.operands[1] : "-";
   std::string bytes = About(in, [&] { return ReadInput(in); });
   if (action == "encode") {
-    Write("-", Base64(bytes.data(), static_cast<unsigned int>(bytes.size())) + "\n");
+    Write("-", RVBase64Encode(bytes.data(), bytes.size()) + "\n");
   } else {
     Write("-", About(in, [&] { return DecodeBase64(bytes); }));
   }

@@ -46,8 +46,6 @@ Transfer ParseTransfer(const Words& args) {
 
 }  // namespace
 
-std::string AllUsersDirectory() { return RVAllUsersDefaultsDirectory(); }
-
 void CheckDomainName(const std::string& name) {
   if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) {
     throw UsageError{"'" + name + "' cannot name a domain"};
@@ -61,7 +59,7 @@ int DefaultsExport(const Words& args) {
   if (transfer.allUsers) {
     // That store alone: its file, which the library alone writes. A domain
     // never written has none.
-    std::string path = AllUsersDirectory() + "/" + transfer.domain + ".plist";
+    std::string path = RVAllUsersDefaultsDirectory() + "/" + transfer.domain + ".plist";
     if (access(path.c_str(), F_OK) == 0 || errno != ENOENT) {
       Document document = WithPrefix(path, [&] { return ReadDocument(ReadInput(path)); });
       if (KindOf(*document.root) != Kind::Dictionary) {
@@ -104,7 +102,7 @@ int DefaultsImport(const Words& args) {
     if (value != nullptr) store.SetObjectForKey(*value, key);
   }
   if (transfer.allUsers && !store.Synchronize()) {
-    throw InputError{"cannot write the all-users store in " + AllUsersDirectory()};
+    throw InputError{"cannot write the all-users store in " + RVAllUsersDefaultsDirectory()};
   }
   return 0;
 }

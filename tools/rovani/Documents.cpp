@@ -85,7 +85,7 @@ std::string Quoted(const std::string& text) {
 
 std::string DataText(const RVObject& value) {
   RVData data(value.Ref());
-  return Base64(data.Bytes(), data.Length());
+  return RVBase64Encode(data.Bytes(), data.Length());
 }
 
 // JSON text of value, two spaces a level, keys sorted.
@@ -322,8 +322,5 @@ std::string Describe(const RVObject& value, const std::string& label) {
   return out;
 }
 
-std::string Base64(const void* bytes, unsigned int length) {
-  return RVBase64Encode(bytes, length);
-}
 
 }  // namespace cli

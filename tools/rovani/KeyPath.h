@@ -67,9 +67,6 @@ int Remove(const Words& args);
 void ReplaceFile(const std::string& path, const std::string& bytes);
 
 // ---- DefaultsTransfer.cpp
-// The all-users store's directory: $ROVANI_ALL_USERS_DEFAULTS_DIR, else
-// /var/lib/rovani/defaults.
-std::string AllUsersDirectory();
 // Throws UsageError for a name that cannot be a domain's file name.
 void CheckDomainName(const std::string& name);
 // The words after "defaults export" and "defaults import".

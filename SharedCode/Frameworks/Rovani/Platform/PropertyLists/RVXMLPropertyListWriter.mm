@@ -412,18 +412,27 @@ class Writer {
   size_t objects_ = 0;
 };
 
-// Runs the writer; on success *written holds the text. Platform
-// exceptions (a collection that changes under the writer, a method that
-// raises) make the write fail like any other refusal.
+// Runs write(writer); on success the writer's output holds the text.
+// Platform exceptions (a collection that changes under the writer, a method
+// that raises) make the write fail like any other refusal.
+template <typename Write>
+bool Run(Writer* writer, RVFormatFault* fault, Write write) {
+  bool written = false;
+  @try {
+    written = write(writer);
+  } @catch (NSException* exception) {
+    written = writer->Refusal().Raised(exception);
+  }
+  if (!written) writer->Refusal().Fill(fault);
+  return written;
+}
+
+// A whole document, in a pool of its own that drains what the writer's
+// messages left behind.
 bool Run(id list, Writer* writer, RVFormatFault* fault) {
   bool written = false;
   @autoreleasepool {
-    @try {
-      written = writer->Write(list);
-    } @catch (NSException* exception) {
-      written = writer->Refusal().Raised(exception);
-    }
-    if (!written) writer->Refusal().Fill(fault);
+    written = Run(writer, fault, [list](Writer* w) { return w->Write(list); });
   }
   return written;
 }
@@ -457,16 +466,7 @@ bool RVXMLPropertyListAppendArrayElement(const id* items, size_t count, std::str
       if (flag != nullptr) *flag = false;
     }
   } release{inUse};
-  bool written = false;
-  @try {
-    written = writer.WriteItems(items, count);
-  } @catch (NSException* exception) {
-    written = writer.Refusal().Raised(exception);
-  }
-  if (!written) {
-    writer.Refusal().Fill(fault);
-    return false;
-  }
+  if (!Run(&writer, fault, [=](Writer* w) { return w->WriteItems(items, count); })) return false;
   out->append(writer.Output().Bytes(), writer.Output().Size());
   return true;
 }
