@@ -137,12 +137,10 @@ TEST(JsonTranslator, EncodesEachKindAsTheStyledWriterPrintsIt) {
   EXPECT_EQ(Text(translator.Encode(RVObject(array.Ref()))), "null\n");
 
   std::unique_ptr<Json::Value> value(static_cast<Json::Value*>(translator.EncodeNext(RVBool(false))));
-  ASSERT_TRUE(value != nullptr);
-  EXPECT_TRUE(value->isBool() && !value->asBool());
+  EXPECT_TRUE(value && value->isBool() && !value->asBool());
 }
 
-// 64-bit FNV-1a: enough to tell one encoded text from another.
-uint64_t Fingerprint(const std::string& text) {
+uint64_t Fingerprint(const std::string& text) {  // 64-bit FNV-1a
   uint64_t hash = 14695981039346656037ull;
   for (unsigned char c : text) hash = (hash ^ c) * 1099511628211ull;
   return hash;

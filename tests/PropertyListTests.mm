@@ -112,17 +112,14 @@ TEST(PropertyList, OtherFormatsAndOversizedInputAreRefusedUnread) {
   EXPECT_EQ(text.ArrayForKey("a").Count(), 3u);
   EXPECT_TRUE(text.DictionaryForKey("b").StringForKey("c") == "d");
   EXPECT_FALSE([text.Ref() isKindOfClass:[NSMutableDictionary class]]);
-  EXPECT_FALSE([text.DictionaryForKey("b").StringForKey("c").Ref()
-                 isKindOfClass:[NSMutableString class]]);
+  EXPECT_FALSE([text.DictionaryForKey("b").StringForKey("c").Ref() isKindOfClass:[NSMutableString class]]);
   EXPECT_TRUE(RVDictionary(DataFromText("a = b; \"c\" = \"d\";")).StringForKey("c") == "d");
 
   // A file larger than the bound is refused without being read.
   ScratchDir dir;
   std::string big = dir.File("big.plist");
-  int fd = open(big.c_str(), O_CREAT | O_WRONLY, 0600);
-  ASSERT_GE(fd, 0);
-  ASSERT_EQ(ftruncate(fd, (64 << 20) + 1), 0);
-  close(fd);
+  ASSERT_EQ(close(open(big.c_str(), O_CREAT | O_WRONLY, 0600)), 0);
+  ASSERT_EQ(truncate(big.c_str(), (64 << 20) + 1), 0);
   EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(big.c_str()).Ref() == nil);
   EXPECT_TRUE(RVDictionary::DictionaryWithContentsOfFile(dir.Path().c_str()).Ref() == nil);
 }
