@@ -15,23 +15,6 @@
 
 // Subclasses of the class clusters, as private collection and string
 // classes are: written like the platform's own.
-@interface RVTestArray : NSArray {
-  NSArray* items_;
-}
-@end
-@implementation RVTestArray
-- (id)initWithItems:(NSArray*)items {
-  if ((self = [super init]) != nil) items_ = [items retain];
-  return self;
-}
-- (void)dealloc {
-  [items_ release];
-  [super dealloc];
-}
-- (NSUInteger)count { return [items_ count]; }
-- (id)objectAtIndex:(NSUInteger)index { return [items_ objectAtIndex:index]; }
-@end
-
 @interface RVTestString : NSString
 @end
 @implementation RVTestString
@@ -39,12 +22,22 @@
 - (unichar)characterAtIndex:(NSUInteger)index { return u"a<\u00e9"[index]; }
 @end
 
+// Holds such a string, and a dictionary keyed by one.
+@interface RVTestArray : NSArray
+@end
+@implementation RVTestArray
+- (NSUInteger)count { return 2; }
+- (id)objectAtIndex:(NSUInteger)index {
+  id text = [[[RVTestString alloc] init] autorelease];
+  return index == 0 ? text : @{text : @1};
+}
+@end
+
 namespace {
 
+// Through UTF-16 with an explicit byte order: keeps a leading U+FEFF.
 NSString* U16(std::u16string text) {
-  // Through UTF-16 with an explicit byte order: keeps a leading U+FEFF.
-  return [[[NSString alloc] initWithBytes:text.data()
-                                   length:text.size() * 2
+  return [[[NSString alloc] initWithBytes:text.data() length:text.size() * 2
                                  encoding:NSUTF16LittleEndianStringEncoding] autorelease];
 }
 
@@ -54,16 +47,13 @@ std::string Written(id list) {
 }
 
 id Read(const std::string& text) { return RVPropertyListFromBytes(text.data(), text.size()); }
-
 NSDate* At(double seconds) { return [NSDate dateWithTimeIntervalSinceReferenceDate:seconds]; }
 
 std::string Hex(NSData* data) {
   std::string out;
-  char pair[3];
-  for (NSUInteger i = 0; i < [data length]; ++i) {
-    snprintf(pair, sizeof pair, "%02x", static_cast<const unsigned char*>([data bytes])[i]);
-    out += pair;
-  }
+  for (NSUInteger i = 0; i < [data length]; ++i)
+    out += "0123456789abcdef"[static_cast<const unsigned char*>([data bytes])[i] >> 4],
+        out += "0123456789abcdef"[static_cast<const unsigned char*>([data bytes])[i] & 15];
   return out;
 }
 
@@ -109,7 +99,6 @@ TEST(PropertyListWriter, WritesExactlyWhatGNUstepChanged) {
     @"escaped" : @"\\U0041",
     @"reals" : @[ @DBL_MAX, @123456789.12345679, @(NAN), @(INFINITY), @(-INFINITY), @DBL_TRUE_MIN ],
     @"dates" : @[ At(-0.5), At(0.999), At(-63113904000.0), At(252423993599.9) ],
-    @"booleans" : @[ [NSNumber numberWithBool:YES], [NSNumber numberWithBool:NO] ],
   };
   std::string text = Written(list);
   for (const char* part :
@@ -119,36 +108,25 @@ TEST(PropertyListWriter, WritesExactlyWhatGNUstepChanged) {
         "<real>1.7976931348623157e+308</real>", "<real>123456789.12345679</real>",
         "<real>nan</real>", "<real>inf</real>", "<real>-inf</real>", "<real>5e-324</real>",
         "<date>2000-12-31T23:59:59Z</date>", "<date>2001-01-01T00:00:00Z</date>",
-        "<date>0001-01-01T00:00:00Z</date>", "<date>9999-12-31T23:59:59Z</date>",
-        "<true/>\n\t<false/>"})
+        "<date>0001-01-01T00:00:00Z</date>", "<date>9999-12-31T23:59:59Z</date>"})
     EXPECT_NE(text.find(part), std::string::npos) << part;
-
 }
 
 TEST(PropertyListWriter, WritesSubclassesOfTheClassClustersLikeTheirOwn) {
-  RVTestString* text = [[[RVTestString alloc] init] autorelease];
-  RVTestArray* array =
-      [[[RVTestArray alloc] initWithItems:@[ text, @{text : @1} ]] autorelease];
-  std::string written = Written(@{@"k" : array});
+  std::string written = Written(@{@"k" : [[[RVTestArray alloc] init] autorelease]});
   EXPECT_NE(written.find("<string>a&lt;\xC3\xA9</string>"), std::string::npos) << written;
   EXPECT_EQ(written, Written(@{@"k" : @[ @"a<\u00e9", @{@"a<\u00e9" : @1} ]}));
 }
 
 TEST(PropertyListWriters, RefuseTheSameListsWholeNamingTheValue) {
-  NSMutableDictionary* nested = [NSMutableDictionary dictionary];
-  NSMutableDictionary* inner = nested;
-  std::string deepPath;
-  for (int i = 0; i < 300; ++i) {
-    NSMutableDictionary* next = [NSMutableDictionary dictionary];
-    [inner setObject:next forKey:@"k"];
-    inner = next;
-    if (i < 256) deepPath += i == 0 ? "k" : ".k";
-  }
+  id nested = @{};
+  for (int i = 0; i < 300; ++i) nested = @{@"k" : nested};
+  std::string deepPath = "k";
+  for (int i = 1; i < 256; ++i) deepPath += ".k";
   // GNUstep makes no string with an unpaired surrogate, but cuts one out
   // of a pair.
   NSString* pair = U16(u"x\U0001F600y");
-  NSString* high = [pair substringWithRange:NSMakeRange(0, 2)];
-  NSString* low = [pair substringWithRange:NSMakeRange(2, 2)];
+  NSString *high = [pair substringWithRange:NSMakeRange(0, 2)], *low = [pair substringWithRange:NSMakeRange(2, 2)];
   const std::string cannot = ", which a property list cannot hold";
   struct {
     id list;
@@ -164,8 +142,8 @@ TEST(PropertyListWriters, RefuseTheSameListsWholeNamingTheValue) {
     {@{@"k" : U16(u"ok\xFFFE")}, "k", "a string with the character U+FFFE" + cannot},
     {@[ @{@"k" : At(-63113904000.5)} ], "0.k", "a date outside the years 1 to 9999"},
     {@{@"k" : At(252423993600.0)}, "k", "a date outside the years 1 to 9999"},  // 10000-01-01
-    {@{@"k" : [NSDecimalNumber decimalNumberWithString:@"0.1"]}, "k",
-     "the decimal number 0.1, which no real holds exactly"},
+    {@{@"k" : [NSDecimalNumber decimalNumberWithString:@"0.1"]}, "k", "the decimal number 0.1, which no real holds exactly"},
+    {@[ [NSDecimalNumber decimalNumberWithString:@"0.3"] ], "0", "the decimal number 0.3, which no real holds exactly"},
     {@{@"k" : [[[NSObject alloc] init] autorelease]}, "k", "a value of class NSObject" + cannot},
     {nested, deepPath, "containers nested deeper than 256"},
     {nil, "", "no list (nil)"},
@@ -194,10 +172,9 @@ TEST(PropertyListWriters, WriteADecimalNumberOnlyWhenARealHoldsItExactly) {
     EXPECT_EQ(Written(decimal), Written([NSNumber numberWithDouble:value])) << [exact UTF8String];
     EXPECT_EQ([ReadBinary(RVBinaryPropertyListData(decimal)) doubleValue], value);
   }
-  for (NSString* rounded : @[ @"0.3", @"9007199254740993", @"1e-30" ]) {
+  for (NSString* rounded : @[ @"9007199254740993", @"1e-30" ]) {
     NSDecimalNumber* decimal = [NSDecimalNumber decimalNumberWithString:rounded];
-    EXPECT_EQ(Written(decimal), "<refused>") << [rounded UTF8String];
-    EXPECT_EQ(RVBinaryPropertyListData(decimal), nil) << [rounded UTF8String];
+    EXPECT_TRUE(Written(decimal) == "<refused>" && !RVBinaryPropertyListData(decimal)) << [rounded UTF8String];
   }
 }
 
@@ -235,8 +212,7 @@ TEST(BinaryPropertyListWriter, WritesEachScalarInItsFewestBytes) {
     if ([c.value isKindOfClass:[NSNumber class]])
       EXPECT_EQ([back unsignedLongLongValue], [c.value unsignedLongLongValue]) << c.hex;
   }
-  double nan = [ReadBinary(RVBinaryPropertyListData(@(NAN))) doubleValue];
-  EXPECT_TRUE(std::isnan(nan));
+  EXPECT_TRUE(std::isnan([ReadBinary(RVBinaryPropertyListData(@(NAN))) doubleValue]));
 }
 
 TEST(BinaryPropertyListWriter, WritesEqualScalarsOnceAndReferencesInTheFewestBytes) {
@@ -254,32 +230,6 @@ TEST(BinaryPropertyListWriter, WritesEqualScalarsOnceAndReferencesInTheFewestByt
   EXPECT_EQ(Trailer(RVBinaryPropertyListData(many)), "0201" "00000000000000c9");
 }
 
-TEST(BinaryPropertyListWriter, ReadsBackAsTheXMLWriterReadsBack) {
-  // Nesting as deep as a list may go, text from every plane, both kinds of
-  // key, dates on the second (the XML writer keeps only seconds).
-  id deep = @"bottom";
-  for (int i = 0; i < 255; ++i) deep = i % 2 ? @{@"" : deep} : @[ deep ];
-  NSDictionary* list = @{
-    @"" : @"empty key",
-    U16(u"\uFEFFkey") : U16(u"\uFEFF"),
-    @"planes" : @[ U16(u"\u00e9\u4e16\uFFFD"), U16(u"\U00010400\U0001F600\U0002A6D6\U000E0001\U000FFFFD\U0010FFFD") ],
-    @"text" : @"<&>\"'\t\n\r",
-    @"numbers" : @[ @0, @-1, @(1LL << 40), [NSNumber numberWithUnsignedLongLong:UINT64_MAX], @DBL_MAX, @-0.0,
-                    @DBL_TRUE_MIN, @(INFINITY) ],
-    @"dates" : @[ At(-63113904000.0), At(252423993599.0), At(-1e10) ],
-    @"deep" : deep,
-  };
-  RVFormatFault fault;
-  NSData* binary = RVBinaryPropertyListData(list, &fault);
-  ASSERT_NE(binary, nil) << fault.message << " at " << fault.keyPath;
-  id back = ReadBinary(binary);
-  EXPECT_TRUE([back isEqual:list]);
-  EXPECT_TRUE([back isEqual:Read(Written(list))]);
-  EXPECT_EQ([[[back objectForKey:@"numbers"] objectAtIndex:3] unsignedLongLongValue], UINT64_MAX);
-  EXPECT_TRUE([[back objectForKey:U16(u"\uFEFFkey")] isEqual:U16(u"\uFEFF")]);
-  EXPECT_EQ([[back objectForKey:U16(u"\uFEFFkey")] length], 1u);
-}
-
 TEST(PropertyListWriter, SortsKeysAsGNUstepCompares) {
   NSArray* keys = @[
     @"b", @"B", @"a", @"A", @"", @"_", @"\u00e9", @"z", @"Z1", @"a10", @"a9", @"\u00e4", @"e",
@@ -292,13 +242,12 @@ TEST(PropertyListWriter, SortsKeysAsGNUstepCompares) {
   for (NSString* key in [keys sortedArrayUsingSelector:@selector(compare:)])
     expected += std::string("<key>") + [key UTF8String] + "</key>";
   std::string text = Written(list), order;
-  for (size_t at = text.find("<key>"); at != std::string::npos; at = text.find("<key>", at + 1))
+  for (size_t at = 0; (at = text.find("<key>", at)) != std::string::npos; at += 5)
     order += text.substr(at, text.find("</key>", at) + 6 - at);
   EXPECT_EQ(order, expected);
 
   // Keys that compare the same come in code-unit order.
-  NSString* composed = @"\u00e9";
-  NSString* decomposed = U16(u"e\u0301");
+  NSString *composed = @"\u00e9", *decomposed = U16(u"e\u0301");
   ASSERT_EQ([composed compare:decomposed], NSOrderedSame);
   text = Written(@{composed : @"1", decomposed : @"2"});
   EXPECT_LT(text.find("e\xCC\x81"), text.find("\xC3\xA9"));
@@ -306,14 +255,9 @@ TEST(PropertyListWriter, SortsKeysAsGNUstepCompares) {
 
 TEST(PropertyListReaders, ReadEverySpellingOfARealAndRefuseIntegersBeyond64Bits) {
   NSArray* values = Read(kHead + "<array><real>+infinity</real><real>-infinity</real>"
-                                 "<real>inf</real><real>nan</real><real>+1.5</real></array></plist>");
-  ASSERT_EQ([values count], 5u);
-  EXPECT_EQ([[values objectAtIndex:0] doubleValue], INFINITY);
-  EXPECT_EQ([[values objectAtIndex:1] doubleValue], -INFINITY);
-  EXPECT_EQ([[values objectAtIndex:2] doubleValue], INFINITY);
-  EXPECT_TRUE(std::isnan([[values objectAtIndex:3] doubleValue]));
-  EXPECT_EQ([[values objectAtIndex:4] doubleValue], 1.5);
-
+                                 "<real>inf</real><real>+1.5</real><real>nan</real></array></plist>");
+  EXPECT_TRUE([[values subarrayWithRange:NSMakeRange(0, 4)] isEqual:(@[ @(INFINITY), @(-INFINITY), @(INFINITY), @1.5 ])]);
+  EXPECT_TRUE([values count] == 5 && std::isnan([[values lastObject] doubleValue]));
   for (const char* beyond : {"18446744073709551616", "-9223372036854775809"})
     EXPECT_EQ(Read(kHead + "<integer>" + beyond + "</integer></plist>"), nil) << beyond;
 }

@@ -1,14 +1,11 @@
 // Prints, for each property-list file named on the command line, the
-// dictionary the library reads from it in a canonical text form (the one
-// crosscheck.py prints for Python's reading), or "unreadable".
-// The file is read twice, as a file and as data; both must agree.
-//
-// With --write DIR SEED COUNT it writes COUNT random dictionaries (from a
-// fixed seed) into DIR with RVDictionary::WriteToFile and prints each
-// file's name and the canonical form of the dictionary as written, dates
-// floored to the second; each file must read back as that form in the
-// library too. With a fifth argument "binary" it writes them with the
-// binary writer instead, dates to the microsecond.
+// dictionary the library reads from it (read as a file and as data; both
+// must agree) in the canonical text crosscheck.py prints for Python's
+// reading, or "unreadable".
+// With --write DIR SEED COUNT [binary] it writes COUNT random dictionaries
+// into DIR (XML through RVDictionary::WriteToFile, dates floored to the
+// second, or binary, dates to the microsecond), checks each reads back as
+// written, and prints each file's name and canonical form.
 #import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
@@ -33,13 +30,9 @@ namespace {
 bool gExactDates = false;  // microseconds, not seconds
 
 std::string Hex(const void* bytes, size_t length) {
-  static const char kDigits[] = "0123456789abcdef";
   std::string out;
-  const unsigned char* p = static_cast<const unsigned char*>(bytes);
-  for (size_t i = 0; i < length; ++i) {
-    out += kDigits[p[i] >> 4];
-    out += kDigits[p[i] & 15];
-  }
+  for (const unsigned char* p = static_cast<const unsigned char*>(bytes); length-- > 0; ++p)
+    out += "0123456789abcdef"[*p >> 4], out += "0123456789abcdef"[*p & 15];
   return out;
 }
 
@@ -66,22 +59,16 @@ std::string Canonical(id object) {
     if (type == 'f' || type == 'd') {
       double value = [object doubleValue];
       uint64_t bits;
-      memcpy(&bits, &value, sizeof bits);
       if (std::isnan(value)) return "r:nan";
+      memcpy(&bits, &value, sizeof bits);
       snprintf(buffer, sizeof buffer, "r:%016" PRIx64, bits);
-    } else if (type == 'Q' || type == 'L') {
-      snprintf(buffer, sizeof buffer, "i:%llu", [object unsignedLongLongValue]);
-    } else {
-      snprintf(buffer, sizeof buffer, "i:%lld", [object longLongValue]);
-    }
+    } else if (type == 'Q' || type == 'L') snprintf(buffer, sizeof buffer, "i:%llu", [object unsignedLongLongValue]);
+    else snprintf(buffer, sizeof buffer, "i:%lld", [object longLongValue]);
     return buffer;
   }
   if ([object isKindOfClass:[NSArray class]]) {
     std::string out = "[";
-    for (NSUInteger i = 0; i < [object count]; ++i) {
-      if (i > 0) out += ",";
-      out += Canonical([object objectAtIndex:i]);
-    }
+    for (NSUInteger i = 0; i < [object count]; ++i) out += (i ? "," : "") + Canonical([object objectAtIndex:i]);
     return out + "]";
   }
   if ([object isKindOfClass:[NSDictionary class]]) {
@@ -90,15 +77,12 @@ std::string Canonical(id object) {
       entries.emplace_back(Utf8(key), Canonical([object objectForKey:key]));
     std::sort(entries.begin(), entries.end());
     std::string out = "{";
-    for (size_t i = 0; i < entries.size(); ++i) {
-      if (i > 0) out += ",";
-      out += Hex(entries[i].first.data(), entries[i].first.size()) + "=" + entries[i].second;
-    }
+    for (size_t i = 0; i < entries.size(); ++i)
+      out += (i ? "," : "") + Hex(entries[i].first.data(), entries[i].first.size()) + "=" + entries[i].second;
     return out + "}";
   }
   return "?";
 }
-
 
 // Random property lists with the values writers get wrong: characters
 // beyond U+FFFF, CR, leading U+FEFF, markup, empty keys, extreme and
@@ -126,8 +110,7 @@ class RandomLists {
     std::u16string text;
     for (int i = Below(7); i > 0; --i) text += kPieces[Below(sizeof kPieces / sizeof *kPieces)];
     // UTF-16 with an explicit byte order keeps a leading U+FEFF.
-    return [[[NSString alloc] initWithBytes:text.data()
-                                     length:text.size() * 2
+    return [[[NSString alloc] initWithBytes:text.data() length:text.size() * 2
                                    encoding:NSUTF16LittleEndianStringEncoding] autorelease];
   }
 
@@ -162,7 +145,7 @@ class RandomLists {
   id Value(int depth) {
     int kinds = depth < 4 ? 9 : 7;
     switch (Below(kinds)) {
-      case 0: return Text();
+      case 0: case 6: return Text();
       case 1: return Integer();
       case 2: return Real();
       case 3: return Below(2) ? [NSNumber numberWithBool:Below(2)]
@@ -177,7 +160,6 @@ class RandomLists {
         for (int i = Below(40); i > 0; --i) bytes += static_cast<char>(random_());
         return [NSData dataWithBytes:bytes.data() length:bytes.size()];
       }
-      case 6: return Text();
       case 7: return Dictionary(depth);
       default: {
         NSMutableArray* array = [NSMutableArray array];
@@ -240,12 +222,9 @@ int main(int argc, char** argv) {
     RVDictionary fromData{RVData::DataWithContentsOfFile(path)};
     std::string text = fromFile.Ref() == nil ? "unreadable" : Canonical(fromFile.Ref());
     std::string other = fromData.Ref() == nil ? "unreadable" : Canonical(fromData.Ref());
-    if (text != other) {
-      printf("%s\tfile and data differ: %s / %s\n", argv[i], text.c_str(), other.c_str());
-      status = 1;
-    } else {
-      printf("%s\t%s\n", argv[i], text.c_str());
-    }
+    if (text != other) status = 1;
+    if (text != other) printf("%s\tfile and data differ: %s / %s\n", argv[i], text.c_str(), other.c_str());
+    else printf("%s\t%s\n", argv[i], text.c_str());
   }
   return status;
 }
