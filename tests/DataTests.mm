@@ -75,8 +75,6 @@ TEST(Data, SlicesAppendsAndTheOneMutableHolder) {
   EXPECT_EQ(Bytes(empty), (std::vector<unsigned char>{'h', 0xC3, 0xA9}));
   empty.AppendData(RVData(RVString("!")));
   EXPECT_EQ(empty.Length(), 4u);
-  empty.Empty();
-  EXPECT_EQ(empty.Ref(), nil);
 }
 
 TEST(Data, DictionariesAndOwnership) {

@@ -16,15 +16,9 @@ static const RVId gEmptyLiteralAtLoad = kgRVInternalEmptyString.Ref();
 @interface RVDescribedString : NSString
 @end
 @implementation RVDescribedString
-- (NSUInteger)length {
-  return 3;
-}
-- (unichar)characterAtIndex:(NSUInteger)index {
-  return "abc"[index];
-}
-- (NSString*)description {
-  return @"described";
-}
+- (NSUInteger)length { return 3; }
+- (unichar)characterAtIndex:(NSUInteger)index { return "abc"[index]; }
+- (NSString*)description { return @"described"; }
 @end
 
 namespace {
