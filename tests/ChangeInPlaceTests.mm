@@ -26,12 +26,8 @@
   [entries_ release];
   [super dealloc];
 }
-- (NSUInteger)count {
-  return [entries_ count];
-}
-- (NSEnumerator*)keyEnumerator {
-  return [entries_ keyEnumerator];
-}
+- (NSUInteger)count { return [entries_ count]; }
+- (NSEnumerator*)keyEnumerator { return [entries_ keyEnumerator]; }
 - (id)objectForKey:(id)key {
   if (++reads_ == 3) [NSException raise:NSGenericException format:@"third value"];
   return [entries_ objectForKey:key];
@@ -42,12 +38,8 @@
 @end
 
 @implementation BytesRaisingData
-- (id)init {
-  return self;
-}
-- (NSUInteger)length {
-  return 4;
-}
+- (id)init { return self; }
+- (NSUInteger)length { return 4; }
 - (const void*)bytes {
   [NSException raise:NSGenericException format:@"bytes"];
   return NULL;
@@ -96,6 +88,14 @@ class ChangeInPlace : public ::testing::Test {};
 using Kinds = ::testing::Types<DictionaryKind, ArrayKind, DataKind>;
 TYPED_TEST_SUITE(ChangeInPlace, Kinds);
 
+// A handle changed `changes` times, its object held by the handle alone.
+template <typename Kind>
+typename Kind::Handle Changed(int changes) {
+  typename Kind::Handle handle;
+  for (int step = 1; step <= changes; ++step) Kind::Change(handle, step);
+  return handle;
+}
+
 // The handle changes; whoever else holds the object sees it as it was.
 template <typename Kind, typename Hold, typename Let>
 void ExpectHolderSeesNoChange(typename Kind::Handle& handle, int& step, Hold hold, Let let) {
@@ -112,11 +112,8 @@ void ExpectHolderSeesNoChange(typename Kind::Handle& handle, int& step, Hold hol
 TYPED_TEST(ChangeInPlace, NoOtherHolderEverSeesAChange) {
   using Handle = typename TypeParam::Handle;
   NSAutoreleasePool* outer = [[NSAutoreleasePool alloc] init];
-  int step = 0;
-  Handle handle;
-  TypeParam::Change(handle, ++step);
-  TypeParam::Change(handle, ++step);
-  // Held by this handle alone: changed where it is.
+  int step = 2;
+  Handle handle = Changed<TypeParam>(step);
   id sole = handle.Ref();
   TypeParam::Change(handle, ++step);
   EXPECT_EQ(handle.Ref(), sole);
@@ -145,9 +142,7 @@ TYPED_TEST(ChangeInPlace, NoOtherHolderEverSeesAChange) {
 TYPED_TEST(ChangeInPlace, TheObjectIsImmutableToWhoeverLooks) {
   using Handle = typename TypeParam::Handle;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  Handle handle;
-  TypeParam::Change(handle, 1);
-  TypeParam::Change(handle, 2);
+  Handle handle = Changed<TypeParam>(2);
   id object = handle.Ref();
   EXPECT_TRUE([object isKindOfClass:TypeParam::Immutable()]);
   EXPECT_FALSE([object isKindOfClass:TypeParam::Mutable()]);
@@ -159,8 +154,6 @@ TYPED_TEST(ChangeInPlace, TheObjectIsImmutableToWhoeverLooks) {
   [copy release];
   id changeable = [[object mutableCopy] autorelease];
   EXPECT_TRUE([changeable isKindOfClass:TypeParam::Mutable()]);
-  // The platform's own immutable object with the same contents is equal,
-  // hashes alike and describes itself alike.
   id platform = [[changeable copy] autorelease];
   EXPECT_TRUE([object isEqual:platform]);
   EXPECT_TRUE([platform isEqual:object]);
@@ -170,11 +163,9 @@ TYPED_TEST(ChangeInPlace, TheObjectIsImmutableToWhoeverLooks) {
       unarchiveObjectWithData:[NSKeyedArchiver archivedDataWithRootObject:object]];
   EXPECT_TRUE([archived isEqual:platform]);
 
-  // The mutable copy is the caller's own.
   TypeParam::ChangeMutable(changeable);
   EXPECT_FALSE([object isEqual:changeable]);
 
-  // The factory, the bridge and the class types answer the handle's class.
   RVObject* made = RVObject::Create(object);
   EXPECT_TRUE(made->IsTypeOfClass(Handle::ClassType()));
   delete made;
@@ -191,9 +182,7 @@ TYPED_TEST(ChangeInPlace, TheObjectIsImmutableToWhoeverLooks) {
 TYPED_TEST(ChangeInPlace, ObservingLeavesTheObjectWhole) {
   using Handle = typename TypeParam::Handle;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  Handle handle;
-  TypeParam::Change(handle, 1);
-  TypeParam::Change(handle, 2);
+  Handle handle = Changed<TypeParam>(2);
   id object = handle.Ref();
   id before = [[object mutableCopy] autorelease];
   id platform = [[before copy] autorelease];
@@ -215,11 +204,9 @@ TYPED_TEST(ChangeInPlace, ObservingLeavesTheObjectWhole) {
   EXPECT_TRUE([object isEqual:before]);
   EXPECT_TRUE([object isKindOfClass:[object class]]);
   [looking drain];
-  Handle expected;
-  for (int step = 1; step <= 3; ++step) TypeParam::Change(expected, step);
   TypeParam::Change(handle, 3);
   EXPECT_EQ(handle.Ref(), object);
-  EXPECT_TRUE([object isEqual:expected.Ref()]);
+  EXPECT_TRUE([object isEqual:Changed<TypeParam>(3).Ref()]);
   [pool drain];
 }
 
@@ -253,27 +240,20 @@ TEST(ChangeInPlaceRaising, LeavesTheValueAsItWas) {
       [inner drain];
     }
   };
-  RVDictionary dictionary;
-  dictionary.SetObjectForKey(RVString("kept"), "x");
-  dictionary.SetObjectForKey(RVString("kept"), "y");
+  RVDictionary dictionary = Changed<DictionaryKind>(2);
   expectUnchanged(dictionary, [&] { dictionary.AddDictionary(RVDictionary(raising())); });
   expectUnchanged(dictionary, [&] { dictionary += raising(); });
 
-  RVArray array;
-  array.AddObject(RVString("x"));
-  array.AddObject(RVString("y"));
+  RVArray array = Changed<ArrayKind>(2);
   expectUnchanged(array, [&] { array.RemoveObjectAtIndex(2); });
   expectUnchanged(array, [&] { array.SetObjectAtIndex(RVString("z"), 2); });
   expectUnchanged(array, [&] { array.ExchangeObjectAtIndexWithObjectAtIndex(0, 2); });
   expectUnchanged(array, [&] { array.ExchangeObjectAtIndexWithObjectAtIndex(2, 0); });
   expectUnchanged(array, [&] { array.AddObject(RVObject()); });
 
-  RVData data;
-  data.AppendString("ab");
-  data.AppendString("cd");
+  RVData data = Changed<DataKind>(2);
   RVData raisingData([[[BytesRaisingData alloc] init] autorelease]);
   expectUnchanged(data, [&] { data.AppendData(raisingData); });
-  // The next change goes ahead in place.
   id object = dictionary.Ref();
   dictionary.AddDictionary(RVDictionary([NSDictionary dictionaryWithObject:@"v" forKey:@"z"]));
   EXPECT_EQ(dictionary.Ref(), object);
@@ -283,12 +263,10 @@ TEST(ChangeInPlaceRaising, LeavesTheValueAsItWas) {
 
 TEST(ChangeInPlaceWalks, EnumeratorsAndSelfInsertionSeeTheFormerObject) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  RVDictionary dictionary;
-  dictionary.SetObjectForKey(RVString("v"), "a");
-  dictionary.SetObjectForKey(RVString("v"), "b");
+  RVDictionary dictionary = Changed<DictionaryKind>(2);
   // A live enumerator holds the object: the change copies.
   RVEnumerator keys = dictionary.KeyEnumerator();
-  dictionary.SetObjectForKey(RVString("v"), "c");
+  DictionaryKind::Change(dictionary, 3);
   EXPECT_EQ([[keys.Ref() allObjects] count], 2u);
 
   // An array added to itself holds its former self, not itself.
