@@ -1,18 +1,16 @@
 #import <Foundation/Foundation.h>
 
-#include <dirent.h>
 #include <fcntl.h>
+#include <glob.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cfloat>
-#include <climits>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,7 +31,6 @@
 
 namespace {
 
-// The binary's application ID, as the library works it out.
 std::string ApplicationID() {
   NSString* identifier = [[NSBundle mainBundle] bundleIdentifier];
   if ([identifier length] == 0) identifier = [[NSProcessInfo processInfo] processName];
@@ -49,16 +46,19 @@ std::string Contents(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// The names in dir that begin with prefix.
-std::vector<std::string> EntriesStartingWith(const std::string& dir, const std::string& prefix) {
-  std::vector<std::string> names;
-  if (DIR* listing = opendir(dir.c_str())) {
-    while (struct dirent* entry = readdir(listing)) {
-      if (std::string(entry->d_name).rfind(prefix, 0) == 0) names.push_back(entry->d_name);
-    }
-    closedir(listing);
-  }
-  return names;
+// The paths that match pattern.
+std::vector<std::string> Glob(const std::string& pattern) {
+  glob_t found;
+  if (glob(pattern.c_str(), 0, nullptr, &found) != 0) return {};
+  std::vector<std::string> paths(found.gl_pathv, found.gl_pathv + found.gl_pathc);
+  globfree(&found);
+  return paths;
+}
+
+// A property-list file holding the dictionary whose body is given.
+std::string Plist(const std::string& body) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + body +
+         "</dict></plist>";
 }
 
 void WriteFile(const std::string& path, const std::string& text) {
@@ -70,7 +70,6 @@ unsigned Mode(const std::string& path) {
   return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
 }
 
-// Points this process's all-users store at dir.
 void UseAllUsersDirectory(const std::string& dir) {
   setenv("ROVANI_ALL_USERS_DEFAULTS_DIR", dir.c_str(), 1);
 }
@@ -84,24 +83,20 @@ class Workers {
   }
 
   std::string UserDir() const { return scratch_.File("user"); }
-  std::string AllDir() const { return scratch_.File("all"); }
-  std::string AllUsersFile() const { return AllDir() + "/rovani_defaults_worker.plist"; }
+  std::string AllUsersFile() const { return scratch_.File("all/rovani_defaults_worker.plist"); }
 
-  // Starts the worker, its output going to <scratch>/output; in the time
-  // zone zone when one is given.
-  // With pipes given, the worker's stdin and stdout are their ends:
-  // *input to write to it, *output to read from it. Its log lines go to
-  // <scratch>/log.
+  // Starts the worker in zone (if given); its stdout goes to <scratch>/output
+  // or to the pipe *fromWorker, its stdin from the pipe *input if asked,
+  // its log lines to <scratch>/log.
   pid_t Start(std::vector<std::string> args, const std::string& zone = "", int* input = nullptr,
               int* fromWorker = nullptr) {
     args.insert(args.begin(), ROVANI_DEFAULTS_WORKER);
     std::vector<char*> argv;
     for (std::string& a : args) argv.push_back(&a[0]);
     argv.push_back(nullptr);
-    const std::string config = scratch_.File("GNUstep.conf"), all = AllDir();
+    const std::string config = scratch_.File("GNUstep.conf"), all = scratch_.File("all");
     int in[2] = {-1, -1}, out[2] = {-1, -1};
-    if (input != nullptr && pipe2(in, O_CLOEXEC) != 0) return -1;
-    if (fromWorker != nullptr && pipe2(out, O_CLOEXEC) != 0) return -1;
+    if ((input && pipe2(in, O_CLOEXEC) != 0) || (fromWorker && pipe2(out, O_CLOEXEC) != 0)) return -1;
     int output = fromWorker != nullptr ? out[1]
                                        : open(scratch_.File("output").c_str(),
                                               O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
@@ -118,17 +113,12 @@ class Workers {
     }
     close(output);
     close(log);
-    if (input != nullptr) {
-      close(in[0]);
-      *input = in[1];
-    }
+    if (input != nullptr) close(in[0]), *input = in[1];
     if (fromWorker != nullptr) *fromWorker = out[0];
     return pid;
   }
 
-  // What the workers logged so far.
   std::string Log() const { return Contents(scratch_.File("log")); }
-  std::string File(const std::string& name) const { return scratch_.File(name); }
 
   static int Wait(pid_t pid) {
     int status = 0;
@@ -136,8 +126,8 @@ class Workers {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   }
 
-  // Runs the worker to the end: its exit status, and its output (less the
-  // final newline) in *text.
+  // Runs the worker to the end: its exit status; its output less the last
+  // newline in *text.
   int Run(const std::vector<std::string>& args, std::string* text = nullptr,
           const std::string& zone = "") {
     int status = Wait(Start(args, zone));
@@ -156,71 +146,53 @@ class Workers {
 
 TEST(UserDefaults, TypedGettersAndTheirKeptQuirks) {
   RVUserDefaults defaults = RVUserDefaults::StandardUserDefaults();
-  EXPECT_FALSE(defaults.AccessingAllUsersDefaults());
-  EXPECT_TRUE(RVUserDefaults::StandardAllUsersDefaults().AccessingAllUsersDefaults());
-  EXPECT_EQ(Text(defaults.ObjectsClassType()), "4RVUserDefaults");
   EXPECT_TRUE(defaults.IsEmpty());
-
   defaults.SetObjectForKey(RVString("text"), "typed.string");
   defaults.SetIntegerForKey(2, "typed.two");
   defaults.SetDoubleForKey(2.5, "typed.double");
-  defaults.SetBoolForKey(true, "typed.bool");
-  defaults.SetObjectForKey(RVString("1,2,3").ComponentsSeparatedByString(","), "typed.array");
   NSArray* numbers = @[ @1, @2, @3 ];
   defaults.SetObjectForKey(RVArray(numbers), "typed.numbers");
   defaults.SetObjectForKey(DataFromText("bytes"), "typed.data");
   defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(90), "typed.date");
 
   EXPECT_EQ(Text(defaults.StringForKey("typed.string")), "text");
-  EXPECT_EQ(defaults.IntegerForKey("typed.two"), 2);
   EXPECT_EQ(defaults.FloatForKey("typed.double"), 2.5f);
-  EXPECT_TRUE(defaults.BoolForKey("typed.bool"));
+  EXPECT_EQ(defaults.DateForKey("typed.date").TimeIntervalSinceRefereceDate(), 90.0);
+  // Kept quirks: a number is a true boolean, text none; text is integer 0;
+  // numbers pass as a string array; a wrong type gives the empty handle.
   EXPECT_TRUE(defaults.BoolForKey("typed.two"));
   EXPECT_FALSE(defaults.BoolForKey("typed.string"));
   EXPECT_EQ(defaults.IntegerForKey("typed.string"), 0);
-  EXPECT_EQ(defaults.ArrayForKey("typed.array").Count(), 3u);
   EXPECT_EQ(defaults.StringArrayForKey("typed.numbers").Count(), 3u);
-  EXPECT_EQ(defaults.DataForKey("typed.data").Length(), 5u);
-  EXPECT_EQ(defaults.DateForKey("typed.date").TimeIntervalSinceRefereceDate(), 90.0);
   EXPECT_TRUE(defaults.DateForKey("typed.data").IsEmpty());
   EXPECT_TRUE(defaults.ArrayForKey("typed.string").IsEmpty());
-  EXPECT_EQ(defaults.DoubleForKey("typed.missing"), 0.0);
 
   // A value of another type leaks the handle made for it (one more
   // reference on the stored object); BoolForKey never does.
   RVNumber two = defaults.NumberForKey("typed.two");
   unsigned int before = two.RetainCount();
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  EXPECT_TRUE(defaults.StringForKey("typed.two").IsEmpty());
-  [pool drain];
+  @autoreleasepool { EXPECT_TRUE(defaults.StringForKey("typed.two").IsEmpty()); }
   EXPECT_EQ(two.RetainCount(), before + 1);
-  pool = [[NSAutoreleasePool alloc] init];
-  defaults.BoolForKey("typed.two");
-  [pool drain];
+  @autoreleasepool { defaults.BoolForKey("typed.two"); }
   EXPECT_EQ(two.RetainCount(), before + 1);
 
   EXPECT_FALSE(defaults.RemoveUserDefaults());
-  // The library's own booleans are no property-list objects: not stored.
   defaults.SetObjectForKey(RVBool(true), "typed.boolnumber");
   EXPECT_EQ(defaults.ObjectForKey("typed.boolnumber"), nullptr);
 }
 
-// The current user's store: what reads back in the setting process is the
-// object as set; the file is the store's own; what cannot be stored is not;
+// The object as set reads back; the file is the store's own, not GNUstep's;
 // a file replaced from outside is read again.
 TEST(UserDefaults, CurrentUserValuesReadBackAsSet) {
-  // A domain no other test (nor test process) writes: its file is replaced
-  // by hand below.
   RVUserDefaults defaults("org.rovani.tests.exact", false);
   defaults.SetObjectForKey(RVNumber(0.1f), "exact.float");
   defaults.SetObjectForKey(RVDate::DateWithTimeIntervalSinceReferenceDate(90.25), "exact.date");
   EXPECT_STREQ([(NSNumber*)defaults.NumberForKey("exact.float").Ref() objCType], "f");
   EXPECT_EQ(defaults.DateForKey("exact.date").TimeIntervalSinceRefereceDate(), 90.25);
 
-  // Each set is in the store at once; a synchronise folds it into the file.
   EXPECT_TRUE(defaults.Synchronize());
-  NSString* root = GSDefaultsRootForUser(NSUserName());
-  std::string file = std::string([root fileSystemRepresentation]) + "/Rovani/org.rovani.tests.exact.plist";
+  std::string file = std::string([GSDefaultsRootForUser(NSUserName()) fileSystemRepresentation]) +
+                     "/Rovani/org.rovani.tests.exact.plist";
   NSDictionary* stored = PlistAt(file);
   EXPECT_NE([stored objectForKey:@"exact.date"], nil);
   EXPECT_EQ([[NSUserDefaults standardUserDefaults] persistentDomainForName:@"org.rovani.tests.exact"],
@@ -240,7 +212,6 @@ TEST(UserDefaults, CurrentUserValuesReadBackAsSet) {
   EXPECT_EQ(Text(defaults.StringForKey("exact.outside")), "from outside");
   EXPECT_EQ(defaults.ObjectForKey("exact.float"), nullptr);
   for (const char* key : {"exact.outside", "exact.date"}) defaults.SetObjectForKey(RVObject(), key);
-  EXPECT_EQ(defaults.ObjectForKey("exact.date"), nullptr);
 }
 
 TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
@@ -264,8 +235,7 @@ TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
   EXPECT_EQ(Mode(scratch.File("made")), 0755u);
   EXPECT_EQ(Mode(dir), 0755u);
   EXPECT_EQ(Mode(file), 0644u);
-  EXPECT_EQ(Text(RVString(RVData::DataWithContentsOfFile(file.c_str())).SubstringToIndex(5)),
-            "<?xml");
+  EXPECT_EQ(Contents(file).compare(0, 5, "<?xml"), 0);
   EXPECT_NSEQ([PlistAt(file) objectForKey:@"pend.key"], @"machine");
 
   // The current user's value comes first; removal leaves it alone.
@@ -276,7 +246,6 @@ TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
   EXPECT_EQ([PlistAt(file) objectForKey:@"pend.key"], nil);
   EXPECT_EQ(Text(allUsers.StringForKey("pend.key")), "mine");
   standard.SetObjectForKey(RVObject(), "pend.key");
-  EXPECT_EQ(allUsers.ObjectForKey("pend.key"), nullptr);
 
   // A value that is no property-list object stays pending, named in a log
   // line, and holds nothing else back.
@@ -299,17 +268,13 @@ TEST(UserDefaults, AllUsersChangesPendUntilSynchronized) {
   UseAllUsersDirectory(dir);
   EXPECT_TRUE(allUsers.Synchronize());
   EXPECT_NSEQ([PlistAt(file) objectForKey:@"pend.kept"], @"later");
-  EXPECT_EQ(Text(allUsers.StringForKey("pend.kept")), "later");
 }
 
-// What is at a store's path and holds no dictionary (cut short, not a
-// property list, another kind of list, a FIFO, a directory, a link) is
-// read as no values without blocking or following it, and is moved aside,
-// named in one log line, before a new file is written.
+// What holds no dictionary at a store's path is read as no values without
+// blocking on or following it, and is moved aside, named in one log line,
+// before a new file is written.
 TEST(UserDefaults, DamagedOrOddStoreFilesAreKeptAside) {
-  const std::string xml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
-      "<key>damaged.key</key><string>lost</string></dict></plist>";
+  const std::string xml = Plist("<key>damaged.key</key><string>lost</string>");
   const std::string damaged[] = {xml.substr(0, xml.size() / 2 + 20), "\x01\x02\xff garbage",
                                  "\"just a string\"", "fifo", "directory", "link"};
   RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
@@ -317,42 +282,37 @@ TEST(UserDefaults, DamagedOrOddStoreFilesAreKeptAside) {
     ScratchDir scratch;
     UseAllUsersDirectory(scratch.Path());
     std::string file = scratch.File(ApplicationID() + ".plist");
-    if (contents == "fifo") {
-      ASSERT_EQ(mkfifo(file.c_str(), 0644), 0);
-    } else if (contents == "directory") {
-      ASSERT_EQ(mkdir(file.c_str(), 0755), 0);
-    } else if (contents == "link") {
-      WriteFile(scratch.File("target"), xml);
-      ASSERT_EQ(symlink(scratch.File("target").c_str(), file.c_str()), 0);
-    } else {
-      WriteFile(file, contents);
-    }
+    if (contents == "link") WriteFile(scratch.File("target"), xml);
+    int made = contents == "fifo"        ? mkfifo(file.c_str(), 0644)
+               : contents == "directory" ? mkdir(file.c_str(), 0755)
+               : contents == "link"      ? symlink(scratch.File("target").c_str(), file.c_str())
+                                         : (WriteFile(file, contents), 0);
+    ASSERT_EQ(made, 0) << contents;
     EXPECT_EQ(allUsers.ObjectForKey("damaged.key"), nullptr) << contents;
     allUsers.SetObjectForKey(RVString("fresh"), "damaged.after");
     LogCapture log;
     EXPECT_TRUE(allUsers.Synchronize()) << contents;
     EXPECT_NSEQ(PlistAt(file), @{@"damaged.after" : @"fresh"});
-    std::vector<std::string> aside = EntriesStartingWith(scratch.Path(), ApplicationID() + ".plist.damaged-");
+    std::vector<std::string> aside = Glob(file + ".damaged-*");
     ASSERT_EQ(aside.size(), 1u) << contents;
-    if (contents.size() > 9) EXPECT_EQ(Contents(scratch.File(aside[0])), contents);
+    if (contents.size() > 9) EXPECT_EQ(Contents(aside[0]), contents);
     if (contents == "link") EXPECT_EQ(Contents(scratch.File("target")), xml);
     ASSERT_EQ(log.Lines().size(), 1u) << contents;
-    EXPECT_NE(log.Lines()[0].find(aside[0]), std::string::npos) << log.Lines()[0];
+    EXPECT_NE(log.Lines()[0].find(aside[0].substr(aside[0].rfind('/') + 1)), std::string::npos)
+        << log.Lines()[0];
     allUsers.SetObjectForKey(RVObject(), "damaged.after");
   }
 }
 
-// A value the file holds that the writer cannot write again (a raw U+FFFE
-// as Python's plistlib writes it, a date in year 0) is kept as written,
-// and every later change reaches the file.
+// Values the writer cannot write again (a raw U+FFFE as Python's plistlib
+// writes it, a date in year 0) are kept as written; later changes still land.
 TEST(UserDefaults, ValuesTheWriterRefusesAreKeptAsWritten) {
   ScratchDir scratch;
   UseAllUsersDirectory(scratch.Path());
   std::string file = scratch.File(ApplicationID() + ".plist");
   const std::string odd = "<key>odd.char</key><string>a\xEF\xBF\xBE" "b</string>"
                           "<key>odd.date</key><date>0000-01-01T00:00:00Z</date>";
-  WriteFile(file, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + odd +
-                      "<key>odd.plain</key><string>p</string></dict></plist>");
+  WriteFile(file, Plist(odd + "<key>odd.plain</key><string>p</string>"));
   RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
   for (const char* value : {"first", "second"}) {
     allUsers.SetObjectForKey(RVString(value), "odd.new");
@@ -365,86 +325,62 @@ TEST(UserDefaults, ValuesTheWriterRefusesAreKeptAsWritten) {
   EXPECT_EQ(Text(allUsers.StringForKey("odd.plain")), "p");
 }
 
-// Two applications' stores in one process: neither reads the other's
-// values, and only the program's own is published to the defaults GNUstep
-// shares, whose answers are its values.
+// Neither application reads the other's values nor the program's own; only
+// the program's own store is published to GNUstep's shared defaults. A
+// domain's whole contents add its pending all-users values, the current
+// user's first.
 TEST(UserDefaults, ApplicationsReadOnlyTheirOwnValues) {
-  RVUserDefaults a("org.example.a", false), b("org.example.b", false);
+  ScratchDir scratch;
+  UseAllUsersDirectory(scratch.Path());
+  RVUserDefaults a("org.example.a", false), b("org.example.b", false), bAll("org.example.b", true);
   RVUserDefaults own = RVUserDefaults::StandardUserDefaults();
   b.SetObjectForKey(RVString("b's"), "isolated.only.b");
   b.SetObjectForKey(RVString("b's"), "isolated.shared");
   a.SetObjectForKey(RVString("a's"), "isolated.shared");
   own.SetObjectForKey(RVString("own"), "isolated.own");
+  bAll.SetObjectForKey(RVString("machine"), "isolated.shared");
+  bAll.SetObjectForKey(RVString("machine"), "isolated.machine");
   EXPECT_EQ(a.ObjectForKey("isolated.only.b"), nullptr);
   EXPECT_EQ(a.ObjectForKey("isolated.own"), nullptr);
-  a.SetObjectForKey(RVObject(), "isolated.shared");
-  EXPECT_EQ(a.ObjectForKey("isolated.shared"), nullptr);
-  EXPECT_EQ(Text(b.StringForKey("isolated.shared")), "b's");
   EXPECT_EQ(own.ObjectForKey("isolated.shared"), nullptr);
+  a.SetObjectForKey(RVObject(), "isolated.shared");
+  EXPECT_EQ(Text(b.StringForKey("isolated.shared")), "b's");
+  RVDictionary whole = bAll.DictionaryRepresentation();
+  EXPECT_EQ(whole.Count(), 3u);
+  EXPECT_EQ(Text(whole.StringForKey("isolated.shared")), "b's");
+  EXPECT_EQ(Text(whole.StringForKey("isolated.machine")), "machine");
+  EXPECT_TRUE(bAll.Synchronize());
+  EXPECT_NSEQ([PlistAt(scratch.File("org.example.b.plist")) objectForKey:@"isolated.shared"],
+              @"machine");
 
   NSUserDefaults* standard = [NSUserDefaults standardUserDefaults];
   for (NSString* domain in [standard searchList]) {
     EXPECT_FALSE([domain hasPrefix:@"Rovani/org.example."]) << [domain UTF8String];
   }
-  RVObject* read = own.ObjectForKey("isolated.own");
+  std::unique_ptr<RVObject> read(own.ObjectForKey("isolated.own"));
   ASSERT_NE(read, nullptr);
   EXPECT_EQ(read->Ref(), [standard objectForKey:@"isolated.own"]);
-  delete read;
-  for (const char* key : {"isolated.only.b", "isolated.shared"}) b.SetObjectForKey(RVObject(), key);
   own.SetObjectForKey(RVObject(), "isolated.own");
 }
 
-// Eight processes synchronise keys of their own one at a time while a
-// reader keeps reading the file: every read parses, no write is lost.
+// Eight writers of 500 keys each, a reader reading the file meanwhile: every
+// read parses, no write is lost.
 TEST(UserDefaultsProcesses, ConcurrentWritersLoseNoKeyAndReadersSeeWholeFiles) {
   Workers workers;
   pid_t reader = workers.Start({"watch", "4000"});
   std::vector<pid_t> running;
-  for (int i = 0; i < 8; ++i) {
-    running.push_back(workers.Start({"keys", std::to_string(i * 500), "500"}));
-  }
-  bool written = true;
-  for (pid_t pid : running) {
-    int status = Workers::Wait(pid);
-    EXPECT_EQ(status, 0);
-    written = written && status == 0;
-  }
-  if (!written) kill(reader, SIGKILL);
+  for (int i = 0; i < 8; ++i) running.push_back(workers.Start({"keys", std::to_string(i * 500), "500"}));
+  int failed = 0;
+  for (pid_t pid : running) failed += Workers::Wait(pid) != 0;
+  EXPECT_EQ(failed, 0);
+  if (failed != 0) kill(reader, SIGKILL);
   EXPECT_EQ(Workers::Wait(reader), 0);
   NSDictionary* values = PlistAt(workers.AllUsersFile());
   ASSERT_EQ([values count], 4000u);
   for (int i = 0; i < 4000; ++i) {
-    NSString* key = [NSString stringWithFormat:@"key%d", i];
-    EXPECT_NSEQ([values objectForKey:key], ([NSString stringWithFormat:@"value%d", i])) << i;
+    EXPECT_NSEQ(([values objectForKey:[NSString stringWithFormat:@"key%d", i]]),
+                ([NSString stringWithFormat:@"value%d", i]));
   }
-}
-
-// One process reads what another wrote. What GNUstep kept for the
-// application before is read with the library's reader until the first
-// write takes it over; GNUstep's file then leaves its sight, so a key
-// removed afterwards stays removed.
-TEST(UserDefaultsProcesses, NextProcessReadsWhatOneWroteAndWhatGNUstepKept) {
-  Workers workers;
-  mkdir(workers.UserDir().c_str(), 0700);
-  std::string old = workers.UserDir() + "/rovani_defaults_worker.plist";
-  WriteFile(old, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
-                 "<key>kept</key><string>\\U0041</string><key>dropped</key><string>soon</string>"
-                 "</dict></plist>");
-  std::string output;
-  EXPECT_EQ(workers.Run({"read", "kept"}, &output), 0);
-  EXPECT_EQ(output, "\\U0041");  // GNUstep's reader would give "A"
-  EXPECT_EQ(workers.Run({"write", "new", "value"}), 0);
-  // The current user's file is in a directory of its own, where GNUstep
-  // neither reads nor writes.
-  EXPECT_EQ(access((workers.UserDir() + "/Rovani/rovani_defaults_worker.plist").c_str(), F_OK), 0);
-  EXPECT_NE(access(old.c_str(), F_OK), 0);
-  EXPECT_EQ(access((workers.UserDir() + "/Rovani/rovani_defaults_worker.plist.imported").c_str(),
-                   F_OK), 0);
-  EXPECT_EQ(workers.Run({"remove", "dropped"}), 0);
-  EXPECT_EQ(workers.Run({"read", "dropped"}, &output), 0);
-  EXPECT_EQ(output, "<none>");
-  EXPECT_EQ(workers.Run({"read", "kept"}, &output), 0);
-  EXPECT_EQ(output, "\\U0041");
 }
 
 // Each store gives a later process exactly what was set, whatever the time
@@ -457,49 +393,19 @@ TEST(UserDefaultsProcesses, EveryValueCrossesProcessesAndTimeZonesExactly) {
     std::vector<std::string> put = {"put", store}, check = {"check", store};
     EXPECT_EQ(workers.Run(put, nullptr, "America/New_York"), 0) << store;
     EXPECT_EQ(workers.Run(check, &output, "Asia/Kolkata"), 0) << store << ":\n" << output;
-    EXPECT_EQ(workers.Run({"touch", store}, nullptr, "Pacific/Chatham"), 0) << store;
+    std::vector<std::string> rewrite = {"set", "rovani_defaults_worker", "touched", "yes"};
+    if (store == "all") rewrite = {"keys", "0", "1"};
+    EXPECT_EQ(workers.Run(rewrite, nullptr, "Pacific/Chatham"), 0) << store;
     EXPECT_EQ(workers.Run(check, &output, "UTC"), 0) << store << ":\n" << output;
   }
 }
 
-TEST(UserDefaults, NamedDomainAndItsWholeContents) {
-  ScratchDir scratch;
-  UseAllUsersDirectory(scratch.File("all"));
-  RVUserDefaults mine("com.example.named", false);
-  RVUserDefaults everyone("com.example.named", true);
-  EXPECT_TRUE(everyone.AccessingAllUsersDefaults());
-  EXPECT_EQ(mine.DictionaryRepresentation().Count(), 0u);
-
-  // Pending all-users values count; the current user's win.
-  everyone.SetObjectForKey(RVString("machine"), "shared");
-  everyone.SetObjectForKey(RVString("machine"), "only.machine");
-  mine.SetObjectForKey(RVString("mine"), "shared");
-  RVDictionary whole = everyone.DictionaryRepresentation();
-  EXPECT_EQ(whole.Count(), 2u);
-  EXPECT_EQ(Text(whole.StringForKey("shared")), "mine");
-  EXPECT_EQ(Text(whole.StringForKey("only.machine")), "machine");
-  EXPECT_TRUE(everyone.Synchronize());
-  EXPECT_NSEQ([PlistAt(scratch.File("all/com.example.named.plist")) objectForKey:@"shared"],
-              @"machine");
-
-  // Only the domain: neither this program's own settings nor its arguments.
-  RVUserDefaults::StandardUserDefaults().SetIntegerForKey(1, "named.own");
-  EXPECT_EQ(mine.DictionaryRepresentation().ObjectsClassTypeForKey("named.own").Length(), 0u);
-  RVUserDefaults::StandardUserDefaults().SetObjectForKey(RVObject(), "named.own");
-
-  mine.SetObjectForKey(RVObject(), "shared");
-  everyone.RemoveObjectForKey("shared");
-  everyone.RemoveObjectForKey("only.machine");
-  EXPECT_TRUE(everyone.Synchronize());
-  EXPECT_EQ(mine.DictionaryRepresentation().Count(), 0u);
-}
-
-// GNUstep's file for an application: whatever its reader accepts is kept
-// by the takeover; what the library cannot write keeps the file where it
-// is, still read, with a log line.
+// The first write takes GNUstep's file for an application over: whatever
+// GNUstep's reader accepts is kept, and the file is retired, so a key
+// removed afterwards stays removed. What the library cannot write keeps the
+// file where it is, still read, with a log line.
 TEST(UserDefaultsProcesses, TakeoverKeepsEverythingGNUstepKept) {
   const std::string head =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
       "<key>plain</key><string>kept</string><key>answer</key><string>42</string><key>odd</key>";
   std::string deep, many = "<array>";
   for (int i = 0; i < 300; ++i) deep += "<array>";
@@ -511,7 +417,7 @@ TEST(UserDefaultsProcesses, TakeoverKeepsEverythingGNUstepKept) {
     Workers workers;
     mkdir(workers.UserDir().c_str(), 0700);
     std::string gnustepFile = workers.UserDir() + "/org.example.gs.plist";
-    WriteFile(gnustepFile, head + *odd + "</dict></plist>");
+    WriteFile(gnustepFile, Plist(head + *odd));
     std::string output;
     EXPECT_EQ(workers.Run({"set", "org.example.gs", "new", "value"}, &output), 0);
     EXPECT_EQ(workers.Run({"get", "org.example.gs", "plain", "answer", "new"}, &output), 0);
@@ -521,6 +427,9 @@ TEST(UserDefaultsProcesses, TakeoverKeepsEverythingGNUstepKept) {
       EXPECT_NE(workers.Log().find(gnustepFile), std::string::npos) << workers.Log();
     } else {
       EXPECT_NE(access(gnustepFile.c_str(), F_OK), 0);
+      EXPECT_EQ(workers.Run({"set", "org.example.gs", "answer", "-"}, &output), 0);
+      EXPECT_EQ(workers.Run({"get", "org.example.gs", "answer"}, &output), 0);
+      EXPECT_EQ(output, "<none>");
       RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(
           (workers.UserDir() + "/Rovani/org.example.gs.plist").c_str());
       EXPECT_EQ(stored.ArrayForKey("odd").Count(), 1000000u);
@@ -528,9 +437,10 @@ TEST(UserDefaultsProcesses, TakeoverKeepsEverythingGNUstepKept) {
   }
 }
 
-// GNUstep's file cannot be moved away after the takeover: a key removed
-// afterwards stays removed, in a new process and in one that was already
-// running (its GNUstep has the file's values in memory).
+// The program's own GNUstep file is read with the library's reader (an
+// escape stays text). When it cannot be moved away after the takeover, a key
+// removed afterwards stays removed, in a new process and in one that was
+// already running (its GNUstep has the file's values in memory).
 TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
   Workers workers;
   std::string own = "rovani_defaults_worker", store = workers.UserDir() + "/Rovani";
@@ -540,9 +450,8 @@ TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
   ASSERT_EQ(mkdir((store + "/" + own + ".plist.imported").c_str(), 0700), 0);
   WriteFile(store + "/" + own + ".plist.imported/other", "x");
   std::string gnustepFile = workers.UserDir() + "/" + own + ".plist";
-  WriteFile(gnustepFile, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
-                         "<key>kept</key><string>old</string><key>dropped</key><string>soon</string>"
-                         "</dict></plist>");
+  WriteFile(gnustepFile,
+            Plist("<key>kept</key><string>\\U0041</string><key>dropped</key><string>soon</string>"));
   int input = -1, fromWorker = -1;
   pid_t running = workers.Start({"get", own, "--wait", "dropped"}, "", &input, &fromWorker);
   FILE* lines = fdopen(fromWorker, "r");
@@ -551,11 +460,13 @@ TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
   EXPECT_STREQ(line, "soon\n");
 
   std::string output;
+  EXPECT_EQ(workers.Run({"get", own, "kept"}, &output), 0);
+  EXPECT_EQ(output, "\\U0041");  // GNUstep's reader would give "A"
   EXPECT_EQ(workers.Run({"set", own, "dropped", "-"}, &output), 0);
   EXPECT_EQ(output, "1");
   EXPECT_EQ(access(gnustepFile.c_str(), F_OK), 0);
   EXPECT_EQ(workers.Run({"get", own, "dropped", "kept"}, &output), 0);
-  EXPECT_EQ(output, "<none>\nold");
+  EXPECT_EQ(output, "<none>\n\\U0041");
   ASSERT_EQ(write(input, "\n", 1), 1);
   ASSERT_NE(fgets(line, sizeof line, lines), nullptr);
   EXPECT_STREQ(line, "<none>\n");
@@ -565,31 +476,25 @@ TEST(UserDefaultsProcesses, KeyRemovedAfterAFailedRetirementStaysRemoved) {
 }
 
 // Two values each within the file's bound but together over it: one stays
-// pending (a log line names it) and every other change reaches the file.
-// Synchronize answers for every user's store, which has nothing pending.
+// pending, named in a log line; every other change reaches the file.
 TEST(UserDefaultsProcesses, AChangeTheFileCannotTakeHoldsNoOtherBack) {
   Workers workers;
   std::string output;
   EXPECT_EQ(workers.Run({"big", "org.example.big", "33", "big1", "big2"}, &output), 0);
   EXPECT_EQ(output, "1");
   EXPECT_NE(workers.Log().find("the change to big"), std::string::npos) << workers.Log();
-  RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(
-      (workers.UserDir() + "/Rovani/org.example.big.plist").c_str());
+  std::string file = workers.UserDir() + "/Rovani/org.example.big.plist";
+  RVDictionary stored = RVDictionary::DictionaryWithContentsOfFile(file.c_str());
   EXPECT_EQ(Text(stored.StringForKey("small")), "yes");
   EXPECT_EQ(stored.StringForKey("big1").Length() + stored.StringForKey("big2").Length(),
             33u << 20);
   EXPECT_EQ(workers.Run({"set", "org.example.big", "later", "too"}, &output), 0);
-  EXPECT_EQ(workers.Run({"get", "org.example.big", "later"}, &output), 0);
-  EXPECT_EQ(output, "too");
-  stored = RVDictionary::DictionaryWithContentsOfFile(
-      (workers.UserDir() + "/Rovani/org.example.big.plist").c_str());
-  EXPECT_EQ(Text(stored.StringForKey("later")), "too");
+  EXPECT_EQ(Text(RVDictionary::DictionaryWithContentsOfFile(file.c_str()).StringForKey("later")),
+            "too");
 }
 
-// Writes past the file-size limit fail (EFBIG): the process lives on
-// (no SIGXFSZ) and the files stay as they were; for every user's store,
-// Synchronize answers false. (For the current user's, it answers for every
-// user's store, which has nothing pending.)
+// Writes past the file-size limit fail (EFBIG, no SIGXFSZ) and leave the
+// files as they were; for every user's store, Synchronize answers false.
 TEST(UserDefaultsProcesses, AFullDiskLeavesTheFilesAsTheyWere) {
   Workers workers;
   std::string output;
@@ -609,9 +514,9 @@ TEST(UserDefaultsProcesses, AFullDiskLeavesTheFilesAsTheyWere) {
   EXPECT_EQ(Contents(workers.AllUsersFile()), before);
 }
 
-// Every set that returned outlives kill -9 of its process and is read by
-// the next one; the file stays a property list Python reads. The user's
-// store directory, left writable by others, is tightened.
+// Every set that returned outlives kill -9 and is read by the next process;
+// the file stays one Python reads; a store directory open to others is
+// tightened.
 TEST(UserDefaultsProcesses, SetsThatReturnedOutliveKill9) {
   Workers workers;
   std::string store = workers.UserDir() + "/Rovani";
@@ -634,8 +539,8 @@ TEST(UserDefaultsProcesses, SetsThatReturnedOutliveKill9) {
   std::string lastKey = "key" + std::to_string(last);
   EXPECT_EQ(workers.Run({"get", "org.example.kill", "key0", "key9000", lastKey}, &output), 0);
   EXPECT_EQ(output, "value0\nvalue9000\nvalue" + std::to_string(last));
-  std::string check = "python3 -c \"import plistlib,sys; "
-                      "sys.exit(0 if isinstance(plistlib.load(open(sys.argv[1],'rb')), dict) else 1)\" " +
+  std::string check = "python3 -c 'import plistlib,sys; "
+                      "assert isinstance(plistlib.load(open(sys.argv[1],\"rb\")), dict)' " +
                       store + "/org.example.kill.plist";
   EXPECT_EQ(std::system(check.c_str()), 0);
 }

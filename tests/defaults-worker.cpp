@@ -1,60 +1,40 @@
-// A separate process for the user-defaults tests: each run is one program
-// using the library as any application would. Its application ID is its
-// process name, so its all-users file is <dir>/rovani_defaults_worker.plist.
+// One application run for the user-defaults tests; its ID is its process
+// name, so its all-users file is <dir>/rovani_defaults_worker.plist.
 //
-//   keys <first> <count>   sets key<i> = "value<i>" in the all-users store
-//                          for i in [first, first + count), synchronising
-//                          after each; exits 1 if any Synchronize fails
-//   write <key> <value>    sets key in the current user's store
-//   remove <key>           removes key from the current user's store
-//   read <key>             prints the string value of key, or "<none>"
-//   put user|all           stores the values of ExactValues in one store
-//                          (synchronising the all-users one)
-//   check user|all         exits 1, naming each key, unless every value of
-//                          ExactValues reads back as a later process must
-//                          see it (dates to the second)
-//   touch user|all         stores one more key, so that the file is
-//                          rewritten by this process
-//   set <app> <key> <value> sets key in app's current user store ("-" as
-//                          the value removes it); prints the answer of a
-//                          Synchronize that follows
-//   get <app> <key>...     prints each key's string value in app's current
-//                          user store, or "<none>"; with "--wait" before
-//                          the keys, reads them again after a line on stdin
-//   big <app> <MB> <key>... sets each key to a text of MB megabytes, then
-//                          "small" to "yes"; prints Synchronize's answer
-//   setloop <app>          sets key<i> = "value<i>" for i = 0, 1, ... and
-//                          prints i after each set has returned, forever
-//   limit <bytes> <command...> runs the command with the file-size limit
-//                          set to bytes
-//   watch <count>          reads the all-users file until it holds count
-//                          keys; exits 1 as soon as a read of the file, once
-//                          it exists, gives no dictionary or fewer keys than
-//                          the read before
+//   keys <first> <count>     key<i> = "value<i>" in the all-users store, each
+//                            synchronised; exits 1 if any Synchronize fails
+//   put|check user|all       stores ExactValues and kDates in one store, or
+//                            exits 1 naming each that reads back otherwise
+//   set <app> <key> <value>  in app's current user store ("-" removes);
+//                            prints Synchronize's answer
+//   get <app> [--wait] <key>... prints each value or "<none>"; with --wait,
+//                            again after a line on stdin
+//   big <app> <MB> <key>...  each key a text of MB megabytes, then "small";
+//                            prints Synchronize's answer
+//   setloop <app>            key<i> = "value<i>", printing i after each set
+//   limit <bytes> <command...> the command under that file-size limit
+//   watch <count>            reads the all-users file until it holds count
+//                            keys; exits 1 if a read once it exists gives
+//                            no dictionary or fewer keys than the one before
 #include <Rovani/Rovani.h>
 
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <iostream>
-
 #include <cfloat>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <iostream>
 #include <memory>
 #include <string>
 
 namespace {
 
-// GNUstep makes its standard user defaults on first use (the first log line
-// asks for them) and keeps part of them where the leak checker cannot see
-// it. Made here, first thing, that set-up has the name the sanitized run's
-// suppressions give it (tests/sanitize/lsan.supp).
-// (The empty statement after the call keeps it from being a tail call, so
-// that this frame is on the stack.)
+// GNUstep's standard user defaults, made on first use, keep part of them out
+// of the leak checker's sight: made here first, under the name
+// tests/sanitize/lsan.supp gives. The asm keeps this frame off a tail call.
 __attribute__((noinline)) void SetUpGNUstepDefaultsOnce() {
   delete RVUserDefaults::StandardUserDefaults().ObjectForKey("rovani.worker.none");
   asm volatile("" ::: "memory");
@@ -65,11 +45,8 @@ std::string Text(const RVString& s) {
   return std::string(static_cast<const char*>(bytes.Bytes()), bytes.Length());
 }
 
-// Values the platform's own store used to change on their way through:
-// text that looks like an escape, the empty key, the extremes of the
-// integers, a date with a fraction of a second, nested containers,
-// characters beyond U+FFFF, a leading U+FEFF, CR, reals that need all 17
-// digits (the largest double, a float) and the largest unsigned integer.
+// Values the platform's own store used to change on their way through: an
+// escape, the empty key, integer extremes, U+FEFF, CR, reals of 17 digits.
 RVDictionary ExactValues() {
   RVDictionary values;
   values.SetObjectForKey(RVString("\\U0041 stays text"), "escaped");
@@ -91,16 +68,12 @@ RVDictionary ExactValues() {
   return values;
 }
 
-// Dates are kept to the second: each is set with a fraction and must come
-// back floored.
-const struct {
-  const char* key;
-  double set, stored;
-} kDates[] = {{"date", 1234567890.75, 1234567890.0}, {"early", -1000.5, -1001.0}};
+// Dates are kept to the second, floored.
+const struct { const char* key; double set, stored; } kDates[] = {
+    {"date", 1234567890.75, 1234567890.0}, {"early", -1000.5, -1001.0}};
 
 int Report(const std::string& key, const std::string& found) {
-  std::printf("%s: %s\n", key.c_str(), found.c_str());
-  return 1;
+  return std::printf("%s: %s\n", key.c_str(), found.c_str()) > 0;
 }
 
 // Stores ExactValues and the dates, or checks that they read back.
@@ -112,12 +85,10 @@ int PutOrCheck(bool put, const std::string& store) {
   for (unsigned int i = 0; i < keys.Count(); ++i) {
     RVString key = keys.StringAtIndex(i);
     std::unique_ptr<RVObject> expected(values.ValueForKey(key));
+    std::unique_ptr<RVObject> found(put ? nullptr : defaults.ObjectForKey(key));
     if (put) {
       defaults.SetObjectForKey(*expected, key);
-      continue;
-    }
-    std::unique_ptr<RVObject> found(defaults.ObjectForKey(key));
-    if (found == nullptr || !(*found == *expected)) {
+    } else if (found == nullptr || !(*found == *expected)) {
       wrong += Report(Text(key), found == nullptr ? "<none>" : Text(found->Description()));
     }
   }
@@ -139,8 +110,7 @@ int main(int argc, char** argv) {
   setvbuf(stdout, nullptr, _IONBF, 0);
   SetUpGNUstepDefaultsOnce();
   if (argc > 3 && std::string(argv[1]) == "limit") {
-    // The limit holds for every file the process writes: its log, a file
-    // the workers share that may be past the limit already, goes nowhere.
+    // The shared log may be past the limit already: this one goes nowhere.
     int none = open("/dev/null", O_WRONLY);
     if (none >= 0) dup2(none, STDERR_FILENO);
     struct rlimit limit = {std::strtoul(argv[2], nullptr, 10), RLIM_INFINITY};
@@ -189,11 +159,9 @@ int main(int argc, char** argv) {
       std::printf("%d\n", i);
     }
   }
-  RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
-
   if (command == "keys" && argc == 4) {
-    int first = std::atoi(argv[2]);
-    int count = std::atoi(argv[3]);
+    RVUserDefaults allUsers = RVUserDefaults::StandardAllUsersDefaults();
+    int first = std::atoi(argv[2]), count = std::atoi(argv[3]);
     bool ok = true;
     for (int i = first; i < first + count; ++i) {
       RVAutoreleasePool each;
@@ -203,50 +171,26 @@ int main(int argc, char** argv) {
     }
     return ok ? 0 : 1;
   }
-  if ((command == "write" && argc == 4) || (command == "remove" && argc == 3)) {
-    RVUserDefaults standard = RVUserDefaults::StandardUserDefaults();
-    if (argc == 4) standard.SetObjectForKey(RVString(argv[3]), RVString(argv[2]));
-    else standard.SetObjectForKey(RVObject(), RVString(argv[2]));
-    return 0;
-  }
   if ((command == "put" || command == "check") && argc == 3) {
     return PutOrCheck(command == "put", argv[2]);
-  }
-  if (command == "touch" && argc == 3) {
-    RVUserDefaults defaults(std::string(argv[2]) == "all");
-    defaults.SetObjectForKey(RVString("yes"), "touched");
-    return std::string(argv[2]) == "user" || defaults.Synchronize() ? 0 : 1;
-  }
-  if (command == "read" && argc == 3) {
-    RVString value = allUsers.StringForKey(RVString(argv[2]));
-    std::printf("%s\n", value.IsEmpty() ? "<none>" : Text(value).c_str());
-    return 0;
   }
   if (command == "watch" && argc == 3) {
     unsigned long expected = std::strtoul(argv[2], nullptr, 10);
     const char* dir = std::getenv("ROVANI_ALL_USERS_DEFAULTS_DIR");
     RVString path = RVString(dir != nullptr ? dir : "") + "/rovani_defaults_worker.plist";
     unsigned long seen = 0;
-    for (unsigned long reads = 1;; ++reads) {
+    while (seen < expected) {
       RVAutoreleasePool each;
-      if (!RVFileManager::ItemExistsAtPath(path)) {
-        if (seen > 0) return 1;
-        usleep(1000);
-        continue;
-      }
-      RVDictionary values = RVDictionary::DictionaryWithContentsOfFile(path);
-      unsigned long count = values.Count();
-      if (count == 0 || count < seen) {
-        std::printf("read %lu: %lu keys after %lu\n", reads, count, seen);
+      if (RVFileManager::ItemExistsAtPath(path)) {
+        unsigned long count = RVDictionary::DictionaryWithContentsOfFile(path).Count();
+        if (count == 0 || count < seen) return std::printf("%lu keys after %lu\n", count, seen), 1;
+        seen = count;
+      } else if (seen > 0) {
         return 1;
       }
-      seen = count;
-      if (seen >= expected) {
-        std::printf("%lu reads\n", reads);
-        return 0;
-      }
-      usleep(50000);  // leave the writers most of the machine
+      usleep(seen > 0 ? 50000 : 1000);  // leave the writers most of the machine
     }
+    return 0;
   }
   return 2;
 }
